@@ -1,0 +1,43 @@
+#include "command.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace
+{
+
+constexpr int ExitFailure = 1;
+constexpr int ExitWrongUsage = 2;
+
+int complain(const char *what)
+{
+    std::fprintf(stderr, "kel: %s\n", what);
+    return ExitFailure;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    Program program;
+    program.argc = argc;
+    program.argv = argv;
+    program.line.name("kel");
+    program.line.description("Operator panels that talk to devices");
+    program.line.require_subcommand(1);
+
+    try {
+        program.line.parse(argc, argv);
+    } catch (const CLI::Success &help) {
+        return program.line.exit(help);
+    } catch (const CLI::ParseError &error) {
+        std::fprintf(stderr, "kel: %s (kel --help tells more)\n", error.what());
+        return ExitWrongUsage;
+    }
+
+    try {
+        return program.chosen();
+    } catch (const std::exception &error) {
+        return complain(error.what());
+    }
+}

@@ -1,0 +1,16 @@
+# Everything the build takes from outside, found once.
+
+find_package(QT NAMES Qt5 Qt6 REQUIRED COMPONENTS Core)
+set(KEL_QT Qt${QT_VERSION_MAJOR})
+find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools)
+if(KEL_BUILD_TESTS)
+    find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test)
+endif()
+
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(gpiod REQUIRED IMPORTED_TARGET "libgpiod >= 1.6")
+pkg_check_modules(sodium REQUIRED IMPORTED_TARGET libsodium)
+pkg_check_modules(muparserx REQUIRED IMPORTED_TARGET muparserx)
+find_path(KEL_ASIO_INCLUDE asio.hpp REQUIRED)
+find_package(CLI11 REQUIRED)
