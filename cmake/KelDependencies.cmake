@@ -2,7 +2,7 @@
 
 find_package(QT NAMES Qt5 Qt6 REQUIRED COMPONENTS Core)
 set(KEL_QT Qt${QT_VERSION_MAJOR})
-find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools)
+find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools Network)
 if(KEL_BUILD_TESTS)
     find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test)
 endif()

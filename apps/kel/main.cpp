@@ -1,4 +1,5 @@
 #include "command.h"
+#include "commands.h"
 
 #include <cstdio>
 #include <exception>

@@ -1,0 +1,7 @@
+/// \file
+/// The commands of the program `kel`, one function each, called by main.cpp.
+#pragma once
+
+struct Program;
+
+// One line per command, in the order that the help shows them.
