@@ -39,5 +39,10 @@ function(kel_library_resources target qrc)
     set_source_files_properties(${generated} TARGET_DIRECTORY Kel_${target}
         PROPERTIES COMPILE_OPTIONS "-fvisibility=default;-Wno-error" SKIP_AUTOGEN ON)
     target_sources(Kel_${target} PRIVATE ${generated})
+
+    # The rule belongs to this folder and the library to the one above, so the order is named here.
+    get_filename_component(name ${qrc} NAME_WE)
+    add_custom_target(Kel_${target}_${name}_resources DEPENDS ${generated})
+    add_dependencies(Kel_${target} Kel_${target}_${name}_resources)
 endfunction()
 string(TOLOWER ${KEL_QT} KEL_QT_LOWER)

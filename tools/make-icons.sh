@@ -1,0 +1,15 @@
+#!/bin/sh
+# Renders every drawing in libs/widgets/icons to the PNG that the resource set "widgets" carries.
+# Needs rsvg-convert (Debian package librsvg2-bin). Run it after a drawing changed; commit both files.
+set -eu
+
+command -v rsvg-convert >/dev/null || {
+    echo "make-icons: rsvg-convert is missing; sudo apt-get install librsvg2-bin" >&2
+    exit 1
+}
+
+cd "$(dirname "$0")/../libs/widgets/icons"
+for drawing in *.svg; do
+    rsvg-convert --format=png --output="${drawing%.svg}.png" "$drawing"
+    echo "${drawing%.svg}.png"
+done
