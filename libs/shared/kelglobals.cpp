@@ -1,0 +1,9 @@
+#include "kelglobals.h"
+
+namespace Kel
+{
+
+// No path yet: the catalogue is the application's choice, made after its start.
+KvCommands commandsDB{QString()};
+
+} // namespace Kel
