@@ -6,6 +6,9 @@ find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools Net
 if(KEL_BUILD_TESTS)
     find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test)
 endif()
+if(KEL_BUILD_TESTS OR KEL_BUILD_BENCHMARKS)
+    find_package(SQLite3 REQUIRED)
+endif()
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)

@@ -21,7 +21,7 @@ const QLatin1String ConnectOptions("QSQLITE_BUSY_TIMEOUT=300");
 // Far beyond the longest path of any system: a file that goes on is no file with a path.
 constexpr int CommandFileLimit = 1 << 20;
 
-using PacketsByObject = QHash<int, QList<KvCommands::PacketInfo>>;
+using PacketsByObject = QHash<qint64, QList<KvCommands::PacketInfo>>;
 
 QString readUpToZero(QFile &file)
 {
@@ -181,7 +181,7 @@ void KvCommands::readPackets()
     QSqlQuery rows = queryPackets(byObject);
     while (rows.next()) {
         const QVariant object = rows.value(0);
-        const auto found = object.isNull() ? byObject.end() : byObject.find(object.toInt());
+        const auto found = object.isNull() ? byObject.end() : byObject.find(object.toLongLong());
         if (found != byObject.end()) {
             found->append({rows.value(1).toInt(), rows.value(4).toInt(), rows.value(2).toString(),
                            rows.value(5).toString(), rows.value(6).toString()});

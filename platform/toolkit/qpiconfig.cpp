@@ -68,7 +68,7 @@ QPIConfig QPIConfig::fromText(const QByteArray &text)
 void QPIConfig::parse(const QByteArray &text)
 {
     QString section;
-    const QStringList lines = QString::fromUtf8(text).split(QLatin1Char('\n'));
+    const QStringList lines = QString::fromUtf8(text.constData(), text.size()).split(QLatin1Char('\n'));
     for (const QString &whole : lines) {
         const QString line = withoutComment(whole);
         if (line.startsWith(QLatin1Char('[')) && line.indexOf(QLatin1Char(']')) == line.size() - 1) {
