@@ -1,0 +1,167 @@
+#include "gserial.h"
+
+#include <picout.h>
+#include <pigpio.h>
+#include <pisleep.h>
+
+#include <mutex>
+#include <utility>
+
+namespace
+{
+
+constexpr int WritePeriodMs = 50;
+constexpr long long BitsPerByte = 10;
+constexpr long long MicrosecondsPerSecond = 1000000;
+
+enum Field : size_t { PinField, ReadLevelField, SendLevelField, LineFields };
+
+/// Holds a pin at one level and leaves it at another, whichever way the block is left.
+class HeldPin
+{
+public:
+    HeldPin(int pin, int heldLevel, int leftLevel)
+        : m_pin(pin)
+        , m_leftLevel(leftLevel)
+    {
+        set(heldLevel);
+    }
+    ~HeldPin() { set(m_leftLevel); }
+
+    HeldPin(const HeldPin &) = delete;
+    HeldPin &operator=(const HeldPin &) = delete;
+
+private:
+    void set(int level) const
+    {
+        if (m_pin > 0)
+            PIGPIO::pinSet(m_pin, level != 0);
+    }
+
+    int m_pin;
+    int m_leftLevel;
+};
+
+void readNumber(const std::vector<PIString> &fields, size_t index, std::atomic<int> &number)
+{
+    if (index < fields.size() && !fields[index].trimmed().isEmpty())
+        number = fields[index].toInt();
+}
+
+} // namespace
+
+PIGSerial::PIGSerial()
+{
+    addHandler("tickWrite", [this] { tickWrite(); });
+    piConnectU(&m_writeTimer, "tickEvent", this, "tickWrite", "libs/shared/gserial:15");
+}
+
+PIGSerial::~PIGSerial()
+{
+    close();
+    disconnectAll();
+}
+
+bool PIGSerial::openDevice()
+{
+    if (!m_writeTimer.isRunning())
+        m_writeTimer.start(WritePeriodMs);
+    return PISerial::openDevice();
+}
+
+bool PIGSerial::closeDevice()
+{
+    hurryWrites();
+    if (m_writeTimer.isRunning())
+        m_writeTimer.stop();
+    // Frees the queue in any case; a writer on another thread keeps its lock.
+    m_queueMutex.unlock();
+    return PISerial::closeDevice();
+}
+
+int PIGSerial::writeDevice(const void *data, int size)
+{
+    PIByteArray block(data, size);
+    const std::lock_guard<PIMutex> lock(m_queueMutex);
+    m_queue.enqueue(std::move(block));
+    return size;
+}
+
+bool PIGSerial::takeOldest(PIByteArray &block)
+{
+    const std::lock_guard<PIMutex> lock(m_queueMutex);
+    if (m_unsent) {
+        block = std::move(*m_unsent);
+        m_unsent.reset();
+        return true;
+    }
+    if (m_queue.isEmpty())
+        return false;
+    block = m_queue.dequeue();
+    return true;
+}
+
+void PIGSerial::keepUnsent(PIByteArray block)
+{
+    const std::lock_guard<PIMutex> lock(m_queueMutex);
+    m_unsent = std::move(block);
+}
+
+void PIGSerial::tickWrite()
+{
+    PIByteArray block;
+    if (isPortAway() || !takeOldest(block))
+        return;
+    if (_write(block))
+        return;
+    if (isPortThere())
+        PICout(piDebug) << "Port" << path() << "takes no bytes: a block of" << block.size() << "bytes is given up";
+    else
+        keepUnsent(std::move(block));
+}
+
+long long PIGSerial::wireTimeUs(int size) const
+{
+    // Ten bits whatever the data bits and parity: the hold may be long, never short.
+    const long long bits = BitsPerByte + ((property("parameters").toInt() & TwoStopBits) ? 1 : 0);
+    const long long speed = property("outSpeed").toInt();
+    return speed > 0 ? bits * size * MicrosecondsPerSecond / speed : 0;
+}
+
+bool PIGSerial::_write(const PIByteArray &block)
+{
+    const long long timeUs = wireTimeUs(block.size());
+    const HeldPin sending(m_pin, m_sendLevel, m_readLevel);
+    const bool isTaken = PISerial::writeDevice(block.data(), block.size()) == block.size();
+    piUSleep(timeUs);
+    return isTaken;
+}
+
+PIString PIGSerial::constructFullPathDevice() const
+{
+    const PIString line = constructLineText();
+    if (line.isEmpty())
+        return line;
+    return PIString::fromNumber(m_pin) + ":" + PIString::fromNumber(m_readLevel) + ":" +
+           PIString::fromNumber(m_sendLevel) + ":" + line;
+}
+
+void PIGSerial::configureFromFullPathDevice(const PIString &text)
+{
+    const std::vector<PIString> fields = text.split(":");
+    readNumber(fields, PinField, m_pin);
+    readNumber(fields, ReadLevelField, m_readLevel);
+    readNumber(fields, SendLevelField, m_sendLevel);
+    configureLine(fields, LineFields);
+    if (m_pin > 0) {
+        PIGPIO::initPin(m_pin, PIGPIO::Out);
+        PIGPIO::pinSet(m_pin, m_readLevel != 0);
+    }
+}
+
+PIString PIGSerial::fullPathDeviceError(const PIString &text) const
+{
+    const PIString nothing = PIIODevice::fullPathDeviceError(text);
+    const std::vector<PIString> fields = text.split(":");
+    return nothing.isEmpty() ? lineError(fields, LineFields) : nothing;
+}

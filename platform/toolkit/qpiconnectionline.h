@@ -1,0 +1,62 @@
+/// \file
+/// One device of a connection.
+#pragma once
+
+#include <pibytearray.h>
+#include <piiodevice.h>
+
+#include <QByteArray>
+#include <QStringList>
+#include <QTimer>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+class QPIConnection;
+
+/// A device that a QPIConnection has open, with all the names that it was opened by. Writes on a thread
+/// of its own and delivers what was read on the connection's thread.
+class QPIConnectionLine : public std::enable_shared_from_this<QPIConnectionLine>
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    QPIConnectionLine(QPIConnection &connection, std::unique_ptr<PIIODevice> device);
+    ~QPIConnectionLine();
+
+    bool open();
+    void close(); ///< What waits goes out if the device takes it at once; nothing is delivered any more.
+    void write(const PIByteArray &block);
+
+    PIIODevice &device() const { return *m_device; }
+    QStringList &names() { return m_names; } ///< One for each open(), so a name may stand there twice.
+
+private:
+    void listen();
+    void writeQueued();
+    void deliver(const QByteArray &bytes, Clock::time_point time);
+    void endMessage();
+    void emitMessage();
+
+    QPIConnection &m_connection;
+    std::unique_ptr<PIIODevice> m_device;
+    QStringList m_names;
+
+    bool m_isClosed = false;
+    QByteArray m_message; ///< What came since the last silence.
+    Clock::time_point m_lastDelivered{};
+    /// When the newest bytes were read, delivered or not. Shared with the reading thread.
+    std::shared_ptr<std::atomic<Clock::rep>> m_lastRead;
+    QTimer m_gap;
+
+    std::mutex m_queueMutex; ///< Guards what follows, but for the thread itself.
+    std::condition_variable m_queueChanged;
+    std::deque<PIByteArray> m_queue; ///< The first block stays until it is written.
+    bool m_isEnding = false;
+    std::thread m_writer;
+};
