@@ -1,0 +1,169 @@
+#include "pievaluator.h"
+
+#include "compiledexpression.h"
+#include "expressionscanner.h"
+
+#include <mpParser.h>
+
+#include <algorithm>
+#include <limits>
+#include <unordered_map>
+
+namespace
+{
+
+// A panel has some hundred command texts at most; who feeds more loses only the time of parsing again.
+constexpr size_t MaximalKeptExpressions = 256;
+
+bool byName(const PIString &left, const PIString &right)
+{
+    return left < right;
+}
+
+// The parser has these for && and ||, so it would not take them for variables.
+bool isWordOperator(const std::string &name)
+{
+    return name == "and" || name == "or";
+}
+
+} // namespace
+
+int PIEvaluatorContent::findVariable(const PIString &name) const
+{
+    const auto unsorted = m_variables.begin() + std::ptrdiff_t(m_sortedCount);
+    auto found =
+        std::lower_bound(m_variables.begin(), unsorted, name,
+                         [](const Variable &variable, const PIString &key) { return byName(variable.name, key); });
+    if (found == unsorted || found->name != name)
+        found =
+            std::find_if(unsorted, m_variables.end(), [&](const Variable &variable) { return variable.name == name; });
+    return found == m_variables.end() ? -1 : int(found - m_variables.begin());
+}
+
+int PIEvaluatorContent::addVariable(const PIString &name, std::complex<double> value)
+{
+    const int index = findVariable(name);
+    if (setVariableValue(index, value))
+        return index;
+    m_variables.push_back({name, std::make_shared<std::complex<double>>(value)});
+    return variablesCount() - 1;
+}
+
+bool PIEvaluatorContent::setVariableValue(int index, std::complex<double> value)
+{
+    if (!isIndex(index))
+        return false;
+    *m_variables[size_t(index)].value = value;
+    return true;
+}
+
+void PIEvaluatorContent::sortVariables()
+{
+    const auto less = [](const Variable &left, const Variable &right) { return byName(left.name, right.name); };
+    const auto unsorted = m_variables.begin() + std::ptrdiff_t(m_sortedCount);
+    std::sort(unsorted, m_variables.end(), less);
+    std::inplace_merge(m_variables.begin(), unsorted, m_variables.end(), less);
+    m_sortedCount = m_variables.size();
+}
+
+PIString PIEvaluatorContent::variableName(int index) const
+{
+    return isIndex(index) ? m_variables[size_t(index)].name : PIString();
+}
+
+std::complex<double> PIEvaluatorContent::variableValue(int index) const
+{
+    return isIndex(index) ? *m_variables[size_t(index)].value : std::complex<double>();
+}
+
+struct PIEvaluator::Expressions {
+    const mup::ParserX &prototype()
+    {
+        if (!parser)
+            parser = makeExpressionParser();
+        return *parser;
+    }
+
+    bool isOwnWord(const std::string &name)
+    {
+        const mup::ParserX &parser = prototype();
+        return name == "true" || name == "false" || parser.IsFunDefined(name) || parser.IsConstDefined(name);
+    }
+
+    // The text's names that are variables. False, with a text in error, when one is nothing at all.
+    bool resolveNames(const std::vector<std::string> &names, const PIEvaluatorContent &content,
+                      std::vector<CompiledExpression::Variable> &variables, std::string &error);
+
+    std::unique_ptr<CompiledExpression> compile(const std::string &text, const PIEvaluatorContent &content,
+                                                std::string &error);
+
+    std::unique_ptr<mup::ParserX> parser; // what every expression is a copy of, made on first use
+    std::unordered_map<std::string, std::unique_ptr<CompiledExpression>> kept;
+    CompiledExpression *current = nullptr;
+};
+
+bool PIEvaluator::Expressions::resolveNames(const std::vector<std::string> &names, const PIEvaluatorContent &content,
+                                            std::vector<CompiledExpression::Variable> &variables, std::string &error)
+{
+    for (const std::string &name : names) {
+        if (isOwnWord(name))
+            continue;
+        const int index = isWordOperator(name) ? -1 : content.findVariable(name);
+        if (index < 0) {
+            error = "Unknown name \"" + name + "\".";
+            return false;
+        }
+        variables.push_back({name, content.m_variables[size_t(index)].value});
+    }
+    return true;
+}
+
+std::unique_ptr<CompiledExpression> PIEvaluator::Expressions::compile(const std::string &text,
+                                                                      const PIEvaluatorContent &content,
+                                                                      std::string &error)
+{
+    ExpressionScanner scanner(text);
+    if (!scanner.scan()) {
+        error = scanner.error();
+        return nullptr;
+    }
+    std::vector<CompiledExpression::Variable> variables;
+    if (!resolveNames(scanner.names(), content, variables, error))
+        return nullptr;
+    return CompiledExpression::compile(prototype(), scanner.text(), variables, error);
+}
+
+PIEvaluator::PIEvaluator()
+    : m_expressions(std::make_unique<Expressions>())
+{
+}
+
+PIEvaluator::~PIEvaluator() = default;
+
+bool PIEvaluator::check(const PIString &expression)
+{
+    m_error.clear();
+    m_expressions->current = nullptr;
+    const std::string text = expression.toUtf8();
+    auto &kept = m_expressions->kept;
+    auto found = kept.find(text);
+    if (found == kept.end()) {
+        auto compiled = m_expressions->compile(text, m_content, m_error);
+        if (!compiled)
+            return false;
+        if (kept.size() >= MaximalKeptExpressions)
+            kept.clear();
+        found = kept.emplace(text, std::move(compiled)).first;
+    }
+    m_expressions->current = found->second.get();
+    return true;
+}
+
+std::complex<double> PIEvaluator::evaluate()
+{
+    if (m_expressions->current)
+        return m_expressions->current->evaluate(m_error);
+    if (m_error.empty())
+        m_error = "There is no expression.";
+    return std::numeric_limits<double>::quiet_NaN();
+}
