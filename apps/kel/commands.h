@@ -5,3 +5,4 @@
 struct Program;
 
 // One line per command, in the order that the help shows them.
+void addTemplateCommand(Program &program);

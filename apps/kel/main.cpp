@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <string>
 
 namespace
 {
@@ -10,9 +11,14 @@ namespace
 constexpr int ExitFailure = 1;
 constexpr int ExitWrongUsage = 2;
 
-int complain(const char *what)
+/// One line, whatever control characters came in with the input that it quotes.
+int complain(std::string line)
 {
-    std::fprintf(stderr, "kel: %s\n", what);
+    for (char &c : line) {
+        if (static_cast<unsigned char>(c) < ' ' || c == 0x7F)
+            c = ' ';
+    }
+    std::fprintf(stderr, "kel: %s\n", line.c_str());
     return ExitFailure;
 }
 
@@ -26,6 +32,7 @@ int main(int argc, char **argv)
     program.line.name("kel");
     program.line.description("Operator panels that talk to devices");
     program.line.require_subcommand(1);
+    addTemplateCommand(program);
 
     try {
         program.line.parse(argc, argv);

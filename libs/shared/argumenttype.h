@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <commandargument.h>
+#include <kelwidgetsexport.h>
 
 namespace Kv_Designer
 {
@@ -17,9 +18,9 @@ struct TypePart {
 };
 
 /// Reads a type word with its "~" marks, in any case and with blanks around it.
-TypePart readTypePart(const QString &text);
+KEL_WIDGETS_EXPORT TypePart readTypePart(const QString &text);
 
 /// The first word for \a type, as a person would write it in a template.
-QString typeWord(ArgumentType type);
+KEL_WIDGETS_EXPORT QString typeWord(ArgumentType type);
 
 } // namespace Kv_Designer
