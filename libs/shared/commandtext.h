@@ -9,6 +9,7 @@
 #include <functional>
 
 #include <kelwidgetsexport.h>
+#include <pistring.h>
 
 class PIByteArray;
 class PIEvaluator;
@@ -38,7 +39,7 @@ private:
     struct Token {
         Kind kind = Kind::Fixed;
         int number = 0; ///< The value of Fixed, the argument's number of Argument.
-        QString expression;
+        PIString expression;
     };
 
     static Token tokenFromText(const QString &text);
