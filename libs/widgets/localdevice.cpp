@@ -1,0 +1,287 @@
+#include "localdevice.h"
+
+#include <answerpattern.h>
+#include <picout.h>
+#include <piqt.h>
+
+#include <QDebug>
+#include <QLabel>
+#include <QPainter>
+#include <QScrollArea>
+#include <QShowEvent>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace
+{
+
+constexpr int IconSize = 48;
+constexpr int IconRightMargin = 28; ///< Leaves room for the status view's scroll bar.
+constexpr int IconTop = 8;
+constexpr int StatusPeriodMs = 100;
+constexpr int CommandTextsLimit = 64 * 1024; ///< Characters of command texts that are kept ready.
+
+QString unknownDevice()
+{
+    return QStringLiteral("Unknown device");
+}
+
+} // namespace
+
+LocalDevice::LocalDevice(QWidget *parent)
+    : QWidget(parent)
+    , m_commandTexts(CommandTextsLimit)
+    , m_icon(QImage(QStringLiteral(":/icons/local_device.png"))
+                 .scaled(IconSize, IconSize, Qt::KeepAspectRatio, Qt::SmoothTransformation))
+{
+    setToolTip(unknownDevice());
+}
+
+LocalDevice::~LocalDevice() = default;
+
+void LocalDevice::setDeviceReadPath(QString path)
+{
+    readPath = Q2PIString(path);
+    m_deviceReadPath = std::move(path);
+}
+
+void LocalDevice::setDeviceSendPath(QString path)
+{
+    sendPath = Q2PIString(path);
+    m_deviceSendPath = std::move(path);
+}
+
+void LocalDevice::setTwitchGPIO(bool yes)
+{
+    m_twitchGPIO = yes;
+}
+
+void LocalDevice::setTwitchPinNumber(int pin)
+{
+    m_twitchPinNumber = pin;
+}
+
+void LocalDevice::setTwitchPinReadState(bool level)
+{
+    m_twitchPinReadState = level;
+}
+
+void LocalDevice::setTwitchPinSendState(bool level)
+{
+    m_twitchPinSendState = level;
+}
+
+void LocalDevice::enable()
+{
+    setEnabled(true);
+}
+
+void LocalDevice::disable()
+{
+    setEnabled(false);
+}
+
+QSize LocalDevice::sizeHint() const
+{
+    return {230, 95};
+}
+
+void LocalDevice::setArgument(int arg_num, int value)
+{
+    arguments[arg_num] = value;
+
+    const PIString name = Q2PIString(QLatin1Char('a') + QString::number(arg_num));
+    PIEvaluatorContent &content = evaluator.content();
+    const int known = content.findVariable(name);
+    if (known >= 0) {
+        content.setVariableValue(known, value);
+    } else {
+        content.addVariable(name, value);
+        content.sortVariables();
+    }
+}
+
+void LocalDevice::setArgument0(int value)
+{
+    setArgument(0, value);
+}
+
+void LocalDevice::setArgument1(int value)
+{
+    setArgument(1, value);
+}
+
+void LocalDevice::setArgument2(int value)
+{
+    setArgument(2, value);
+}
+
+void LocalDevice::setArgument3(int value)
+{
+    setArgument(3, value);
+}
+
+void LocalDevice::sendCommand(int cmd_ID)
+{
+    send(commands.value(cmd_ID));
+}
+
+void LocalDevice::sendCommand(QString cmd)
+{
+    send(std::move(cmd));
+}
+
+void LocalDevice::send(QString text)
+{
+    if (!isEnabled())
+        return;
+    sendPrepared(parseSendData(text));
+}
+
+void LocalDevice::sendPrepared(PIByteArray data)
+{
+    if (!isEnabled())
+        return;
+    Q_EMIT sending(data);
+    sendLocal(data);
+}
+
+void LocalDevice::sendLocal(const PIByteArray &data)
+{
+    if (!isEnabled())
+        return;
+    PICout(piDebug) << "sended" << data;
+}
+
+PIByteArray LocalDevice::parseSendData(const QString &text)
+{
+    const auto reportError = [](const QString &error) { qDebug() << "command evaluation error:" << error; };
+    return commandText(text).bytes(arguments, deviceID, evaluator, reportError);
+}
+
+/// A panel sends the same few texts over and over: each is read once. The copy outlives its place among
+/// them, which a handler of debug output that sends something itself could take away.
+CommandText LocalDevice::commandText(const QString &text)
+{
+    if (const CommandText *known = m_commandTexts.object(text))
+        return *known;
+    const CommandText command = CommandText::fromText(text);
+    m_commandTexts.insert(text, new CommandText(command), text.size() + 1);
+    return command;
+}
+
+void LocalDevice::dataReceived(QByteArray data, QString from)
+{
+    received(std::move(data), std::move(from));
+}
+
+void LocalDevice::received(QByteArray data, QString)
+{
+    receivedLocal(data);
+}
+
+void LocalDevice::receivedLocal(const QByteArray &data)
+{
+    if (!isEnabled())
+        return;
+    PICout(piDebug) << readPath << "received" << Q2PIByteArray(data);
+
+    int answerID = 0;
+    if (findAnswer(data, answerID))
+        announceAnswer(answerID);
+}
+
+bool LocalDevice::findAnswer(const QByteArray &message, int &answerID)
+{
+    // Once for the message, not for each answer: what an answer captured before it failed stays.
+    answerArguments.clear();
+    for (auto it = answers.cbegin(); it != answers.cend(); ++it) {
+        if (AnswerPattern(it.value()).match(message, answerArguments)) {
+            answerID = it.key();
+            return true;
+        }
+    }
+    return false;
+}
+
+void LocalDevice::announceAnswer(int answerID)
+{
+    ++receivedCount;
+
+    // A slot may hand in the next message, which replaces the member.
+    const QMap<int, int> values = answerArguments;
+    Q_EMIT receivedAnswerID(answerID);
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        Q_EMIT receivedAnswerArg(it.key(), it.value());
+
+    using Signal = void (LocalDevice::*)(int);
+    const Signal numbered[] = {&LocalDevice::receivedAnswerArg0, &LocalDevice::receivedAnswerArg1,
+                               &LocalDevice::receivedAnswerArg2, &LocalDevice::receivedAnswerArg3};
+    for (int i = 0; i < 4; ++i) {
+        const auto value = values.constFind(i);
+        if (value != values.cend())
+            Q_EMIT(this->*numbered[i])(*value);
+    }
+}
+
+void LocalDevice::buildDebug()
+{
+    if (m_statusLabel)
+        return;
+    m_statusLabel = new QLabel;
+    m_statusLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_statusLabel->setTextFormat(Qt::PlainText);
+
+    auto *scrollArea = new QScrollArea;
+    scrollArea->setWidgetResizable(true);
+    scrollArea->setWidget(m_statusLabel);
+    // The view lies over the icon that this widget paints; without their own ground both are seen.
+    m_statusLabel->setAutoFillBackground(false);
+    scrollArea->viewport()->setAutoFillBackground(false);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scrollArea);
+
+    startTimer(StatusPeriodMs, Qt::CoarseTimer);
+}
+
+QString LocalDevice::statusText()
+{
+    if (m_title.isEmpty())
+        return unknownDevice();
+    return QStringLiteral("%1\nDevice Read: %2\nDevice Send: %3\n%4\nSended / Received: %5 / %6\n\n%7\n\n%8")
+        .arg(m_title, m_deviceReadPath, m_deviceSendPath, additionalDevInfo(), QString::number(sentCount),
+             QString::number(receivedCount), m_commandsText, m_answersText);
+}
+
+QString LocalDevice::additionalDevInfo()
+{
+    return {};
+}
+
+void LocalDevice::timerEvent(QTimerEvent *event)
+{
+    if (m_statusLabel) {
+        m_statusLabel->setText(statusText());
+        setToolTip(m_statusLabel->text());
+    }
+    if (event)
+        QObject::timerEvent(event);
+}
+
+void LocalDevice::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.drawImage(width() - m_icon.width() - IconRightMargin, IconTop, m_icon);
+}
+
+void LocalDevice::showEvent(QShowEvent *event)
+{
+    if (m_statusLabel) {
+        QWidget::showEvent(event);
+        return;
+    }
+    event->ignore();
+    hide();
+}
