@@ -1,5 +1,5 @@
 #!/bin/sh
-# Renders every drawing in libs/widgets/icons to the PNG that the resource set "widgets" carries.
+# Renders every drawing in the icons folders of the libraries to the PNG that their resource sets carry.
 # Needs rsvg-convert (Debian package librsvg2-bin). Run it after a drawing changed; commit both files.
 set -eu
 
@@ -8,8 +8,8 @@ command -v rsvg-convert >/dev/null || {
     exit 1
 }
 
-cd "$(dirname "$0")/../libs/widgets/icons"
-for drawing in *.svg; do
+cd "$(dirname "$0")/../libs"
+for drawing in */icons/*.svg; do
     rsvg-convert --format=png --output="${drawing%.svg}.png" "$drawing"
     echo "${drawing%.svg}.png"
 done

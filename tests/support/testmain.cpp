@@ -4,6 +4,9 @@
 
 #include <cstdio>
 
+// The offscreen platform says this of every window whose size has limits.
+static const char OffscreenRemark[] = "This plugin does not support propagateSizeHints()";
+
 int runKelTest(QObject *test, const QStringList &arguments)
 {
     const QTemporaryDir dir;
@@ -17,6 +20,8 @@ int runKelTest(QObject *test, const QStringList &arguments)
     if (!file.open(QIODevice::ReadOnly))
         return failures;
     for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.endsWith(OffscreenRemark))
+            continue;
         if (line.startsWith("QWARN") || line.startsWith("QSYSTEM") || line.startsWith("QCRITICAL")) {
             std::fprintf(stderr, "unexpected warning: %s\n", line.constData());
             ++failures;
