@@ -165,6 +165,14 @@ void tst_KelButtonPaint::styleDrawsOnlyTheFace()
     QCOMPARE(style.texts.at(0).text, QStringLiteral("Go"));
 }
 
+/// Where the picture itself is when its icon has the size \a place: kept in proportion and centred.
+static QRect pictureIn(const QRect &place)
+{
+    const QSize size = QSize(32, 24).scaled(place.size(), Qt::KeepAspectRatio);
+    const QPoint middle((place.width() - size.width()) / 2, (place.height() - size.height()) / 2);
+    return {place.topLeft() + middle, size};
+}
+
 void tst_KelButtonPaint::iconAndText_data()
 {
     QTest::addColumn<QSize>("size");
@@ -212,7 +220,8 @@ void tst_KelButtonPaint::iconAndText()
         ps.scale(room, Qt::KeepAspectRatio);
 
     if (!hasText) {
-        QCOMPARE(extent(image, IconColor), QRect(QPoint((w - ps.width()) / 2, (h - ps.height()) / 2), ps));
+        const QRect picture(QPoint((w - ps.width()) / 2, (h - ps.height()) / 2), ps);
+        QCOMPARE(extent(image, IconColor), pictureIn(picture));
         QVERIFY(style.texts.isEmpty());
         return;
     }
@@ -222,13 +231,13 @@ void tst_KelButtonPaint::iconAndText()
     QCOMPARE(drawn.role, QPalette::ButtonText);
     if (used == Qt::ToolButtonTextBesideIcon) {
         const QRect picture(QPoint((w - ts.width() - ps.width()) / 2 - 4, (h - ps.height()) / 2), ps);
-        QCOMPARE(extent(image, IconColor), picture & image.rect());
+        QCOMPARE(extent(image, IconColor), pictureIn(picture) & image.rect());
         QCOMPARE(drawn.rect, QRect((w - ts.width() + ps.width()) / 2 + 4, 0, ts.width(), h));
         QCOMPARE(drawn.flags, int(Qt::AlignCenter) | Qt::TextShowMnemonic);
     } else {
         const int t = (ps.height() + h - ts.height()) / 2;
         const QRect picture(QPoint((w - ps.width()) / 2, (h - ps.height() - ts.height()) / 2 - 4), ps);
-        QCOMPARE(extent(image, IconColor), picture & image.rect());
+        QCOMPARE(extent(image, IconColor), pictureIn(picture) & image.rect());
         QCOMPARE(drawn.rect, QRect(0, t + 4, w, h - (t + 4)));
         QCOMPARE(drawn.flags, int(Qt::AlignHCenter | Qt::AlignTop) | Qt::TextShowMnemonic);
     }
