@@ -26,7 +26,7 @@ enum LineField : size_t { PathField, SpeedField, DataBitsField, ParityField, Sto
 
 } // namespace
 
-class PISerial::Port : private StreamLink::Owner
+class PISerial::Port final : private StreamLink::Owner
 {
 public:
     explicit Port(PISerial &serial)

@@ -100,7 +100,7 @@ StreamLink::Opened connectTo(const asio::ip::tcp::endpoint &endpoint, const std:
 
 } // namespace
 
-class PITcp::Peer : private StreamLink::Owner
+class PITcp::Peer final : private StreamLink::Owner
 {
 public:
     explicit Peer(PITcp &tcp)
