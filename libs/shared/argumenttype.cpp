@@ -15,7 +15,7 @@ struct Word {
 };
 
 // "byte" and "uchar" mean what every other word means; they stand here to be told from slips.
-constexpr Word Words[] = {
+const Word Words[] = {
     {QLatin1String("byte"), ArgumentType::UInt8, 1},    {QLatin1String("uchar"), ArgumentType::UInt8, 1},
     {QLatin1String("sbyte"), ArgumentType::Int8, 1},    {QLatin1String("char"), ArgumentType::Int8, 1},
     {QLatin1String("word"), ArgumentType::UInt16, 2},   {QLatin1String("ushort"), ArgumentType::UInt16, 2},
