@@ -5,4 +5,7 @@
 struct Program;
 
 // One line per command, in the order that the help shows them.
+void addDemoCommand(Program &program);
+void addPanelCommand(Program &program);
+void addSimCommand(Program &program);
 void addTemplateCommand(Program &program);

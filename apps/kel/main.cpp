@@ -32,6 +32,9 @@ int main(int argc, char **argv)
     program.line.name("kel");
     program.line.description("Operator panels that talk to devices");
     program.line.require_subcommand(1);
+    addDemoCommand(program);
+    addPanelCommand(program);
+    addSimCommand(program);
     addTemplateCommand(program);
 
     try {

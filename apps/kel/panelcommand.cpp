@@ -1,0 +1,82 @@
+#include "application.h"
+#include "catalogue.h"
+#include "command.h"
+#include "commands.h"
+#include "deviceroutes.h"
+#include "formloader.h"
+#include "paneltrace.h"
+#include "quitonsignals.h"
+#include "screenshot.h"
+
+#include <kelglobals.h>
+
+#include <QTimer>
+
+#include <cstdio>
+#include <memory>
+
+namespace
+{
+
+struct PanelOptions {
+    std::string form;
+    std::string catalogue;
+    std::string screenshot;
+    int gapMs = 20;
+    int afterMs = 500;
+    bool trace = false;
+};
+
+int takeScreenshot(QWidget &window, const QString &path, int afterMs)
+{
+    // A signal ends the loop early; then there is no picture.
+    QTimer::singleShot(afterMs, &window, [] { QCoreApplication::exit(EXIT_SUCCESS + 1); });
+    if (QCoreApplication::exec() == EXIT_SUCCESS)
+        return EXIT_FAILURE;
+    saveScreenshot(window, path);
+    return EXIT_SUCCESS;
+}
+
+int runPanel(Program &program, const PanelOptions &options)
+{
+    const auto application = makeApplication(program);
+    const QString screenshot = QString::fromStdString(options.screenshot);
+    if (!screenshot.isEmpty())
+        checkScreenshotPath(screenshot);
+
+    if (!options.catalogue.empty())
+        openCatalogue(QString::fromStdString(options.catalogue));
+    const QString path = QString::fromStdString(options.form);
+    const LoadedForm form = loadForm(path);
+    for (const QString &complaint : form.complaints)
+        std::fprintf(stderr, "kel: %s\n", qPrintable(complaint));
+    if (isWithoutDisplay() && screenshot.isEmpty())
+        throw CommandError(QStringLiteral("no display to show %1 on (--screenshot saves it as a picture)").arg(path));
+
+    Kel::connection.setMessageGap(options.gapMs);
+    DeviceRoutes routes(Kel::connection, path);
+    if (options.trace)
+        traceRoutes(routes, TrafficLog(QStringLiteral("panel")));
+    routes.open(*form.window);
+    quitOnSignals();
+    form.window->show();
+    return screenshot.isEmpty() ? QApplication::exec() : takeScreenshot(*form.window, screenshot, options.afterMs);
+}
+
+} // namespace
+
+void addPanelCommand(Program &program)
+{
+    auto options = std::make_shared<PanelOptions>();
+    CLI::App *command = program.line.add_subcommand("panel", "Run a panel made in Qt Designer");
+    command->add_option("form", options->form, "The form (.ui)")->required();
+    command->add_option("--db", options->catalogue, "The command catalogue (SQLite)");
+    command->add_option("--screenshot", options->screenshot, "Save a picture of the panel and end");
+    command->add_option("--after", options->afterMs, "When the picture is taken, in ms (500)")
+        ->check(CLI::Range(0, 600000));
+    command->add_option("--gap", options->gapMs, "Silence that ends a message, in ms (20)")
+        ->check(CLI::Range(0, 10000));
+    command->add_flag("--trace", options->trace, "Print what goes over the ports");
+    command->callback(
+        [&program, options] { program.chosen = [&program, options] { return runPanel(program, *options); }; });
+}

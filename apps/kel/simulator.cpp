@@ -1,0 +1,89 @@
+#include "simulator.h"
+
+#include "command.h"
+
+#include <QFile>
+#include <QTimer>
+
+#include <utility>
+
+namespace
+{
+
+constexpr qint64 MaxRulesSize = 1024 * 1024;
+
+} // namespace
+
+SimulatorRules Simulator::readRules(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw CommandError(QStringLiteral("%1: %2").arg(path, file.errorString()));
+    const QByteArray text = file.read(MaxRulesSize + 1);
+    if (text.size() > MaxRulesSize)
+        throw CommandError(QStringLiteral("%1: larger than 1 MiB, so hardly a rules file").arg(path));
+
+    SimulatorRules rules = SimulatorRules::fromText(text, path);
+    for (const SimulatorDeviceRules &device : std::as_const(rules.devices)) {
+        if (rules.error.isEmpty())
+            rules.error = SimulatedDevice::firstBadExpression(device, path);
+    }
+    if (!rules.error.isEmpty())
+        throw CommandError(rules.error);
+    return rules;
+}
+
+Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
+                     QObject *parent)
+    : QObject(parent)
+    , m_line(std::move(line))
+    , m_gap(gapMs)
+    , m_log(std::move(log))
+{
+    for (const SimulatorDeviceRules &device : rules.devices) {
+        m_devices.emplace_back(device, [this](const QString &error) { m_log.note(error); });
+        startReports(m_devices.back());
+    }
+    connect(m_line.get(), &SimulatorLine::received, &m_gap, &MessageGap::add);
+    connect(&m_gap, &MessageGap::message, this, &Simulator::answer);
+}
+
+void Simulator::startReports(SimulatedDevice &device)
+{
+    for (int i = 0; i < device.rules().reports.size(); ++i) {
+        auto *timer = new QTimer(this);
+        connect(timer, &QTimer::timeout, this,
+                [this, &device, i] { sendLater(device.report(i), device.rules().name); });
+        timer->start(device.rules().reports.at(i).periodMs);
+    }
+}
+
+void Simulator::answer(const QByteArray &message)
+{
+    for (SimulatedDevice &device : m_devices) {
+        const auto replies = device.answer(message);
+        if (!replies)
+            continue;
+        m_log.received(message, device.rules().name);
+        return sendLater(*replies, device.rules().name);
+    }
+    m_log.received(message, QStringLiteral("no rule for it"));
+}
+
+void Simulator::sendLater(const QVector<SimulatorReply> &replies, const QString &device)
+{
+    for (const SimulatorReply &reply : replies) {
+        if (reply.delayMs == 0)
+            send(reply.bytes, device);
+        else
+            QTimer::singleShot(reply.delayMs, Qt::PreciseTimer, this,
+                               [this, bytes = reply.bytes, device] { send(bytes, device); });
+    }
+}
+
+void Simulator::send(const QByteArray &bytes, const QString &device)
+{
+    // A report that nobody hears is not worth a line each time.
+    if (m_line->write(bytes))
+        m_log.sent(bytes, device);
+}

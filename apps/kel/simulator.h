@@ -1,0 +1,41 @@
+/// \file
+/// Simulated devices on a line.
+#pragma once
+
+#include "messagegap.h"
+#include "simulateddevice.h"
+#include "simulatorline.h"
+#include "trafficlog.h"
+
+#include <QObject>
+
+#include <deque>
+#include <memory>
+
+/// Lets the devices of a rules file live on a line: hands them the requests, sends their replies when
+/// their delay is over, starts their reports, and prints the traffic. One thread with an event loop.
+class Simulator : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A request ends when the line was silent for \a gapMs.
+    Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
+              QObject *parent = nullptr);
+
+    /// Reads and checks the rules file \a path. Throws a CommandError that names the file and the line.
+    static SimulatorRules readRules(const QString &path);
+
+    QString lineName() const { return m_line->name(); }
+
+private:
+    void startReports(SimulatedDevice &device);
+    void answer(const QByteArray &message);
+    void sendLater(const QVector<SimulatorReply> &replies, const QString &device);
+    void send(const QByteArray &bytes, const QString &device);
+
+    std::unique_ptr<SimulatorLine> m_line;
+    MessageGap m_gap;
+    TrafficLog m_log;
+    std::deque<SimulatedDevice> m_devices; // stays in its place: reports refer to their device
+};
