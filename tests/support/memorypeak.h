@@ -1,0 +1,22 @@
+/// \file
+/// How much heap a piece of code takes at its worst moment.
+#pragma once
+
+#include <QtGlobal>
+
+/// Counts from its construction on. Every allocation of the program is counted, whichever library makes it,
+/// with what the allocator rounds it up to. One at a time, and one thread.
+class MemoryPeak
+{
+public:
+    MemoryPeak();
+
+    /// Whether this build can count; a sanitizer brings an allocator of its own.
+    static bool isAvailable();
+
+    /// The most bytes in use at once since construction, beyond those in use then.
+    qint64 bytes() const;
+
+private:
+    qint64 m_atStart;
+};
