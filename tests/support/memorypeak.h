@@ -1,5 +1,6 @@
 /// \file
-/// How much heap a piece of code takes at its worst moment.
+/// How much heap a piece of code takes at its worst moment. memorypeak.cpp takes the place of the allocator,
+/// so a test that counts lists it among its own sources.
 #pragma once
 
 #include <QtGlobal>
