@@ -27,6 +27,13 @@ QString unknownDevice()
     return QStringLiteral("Unknown device");
 }
 
+/// Keeps its text off a strip at the right, where the device below shows its icon.
+class StatusArea : public QScrollArea
+{
+public:
+    explicit StatusArea(int strip) { setViewportMargins(0, 0, strip, 0); }
+};
+
 } // namespace
 
 LocalDevice::LocalDevice(QWidget *parent)
@@ -233,12 +240,9 @@ void LocalDevice::buildDebug()
     m_statusLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_statusLabel->setTextFormat(Qt::PlainText);
 
-    auto *scrollArea = new QScrollArea;
+    auto *scrollArea = new StatusArea(m_icon.width() + IconRightMargin);
     scrollArea->setWidgetResizable(true);
     scrollArea->setWidget(m_statusLabel);
-    // The view lies over the icon that this widget paints; without their own ground both are seen.
-    m_statusLabel->setAutoFillBackground(false);
-    scrollArea->viewport()->setAutoFillBackground(false);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scrollArea);

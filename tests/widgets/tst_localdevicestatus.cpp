@@ -39,7 +39,7 @@ private Q_SLOTS:
     void staysShownWithView();
     void iconIsPainted_data();
     void iconIsPainted();
-    void iconShowsThroughTheView();
+    void iconShowsBesideTheView();
 
 private:
     TempCatalogue m_catalogue;
@@ -275,7 +275,7 @@ void tst_LocalDeviceStatus::iconIsPainted()
     QCOMPARE(painted(device, size), expected);
 }
 
-void tst_LocalDeviceStatus::iconShowsThroughTheView()
+void tst_LocalDeviceStatus::iconShowsBesideTheView()
 {
     LocalDevice device;
     device.buildDebug();
@@ -285,6 +285,8 @@ void tst_LocalDeviceStatus::iconShowsThroughTheView()
                             .scaled(48, 48, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     // The middle of the chip, where the icon is opaque.
     QCOMPARE(image.pixelColor(154 + 18, 8 + 27), icon.pixelColor(18, 27));
+    const QScrollArea *area = device.findChild<QScrollArea *>();
+    QVERIFY(area->viewport()->mapTo(&device, area->viewport()->rect().topRight()).x() < 154);
 }
 
 KEL_TEST_MAIN(tst_LocalDeviceStatus)
