@@ -82,6 +82,11 @@ void tst_ColorArithmetic::quotient_data()
     QTest::newRow("alpha is scaled too") << QColor(100, 50, 10, 200) << 2.0 << QColor(50, 25, 5, 100);
     QTest::newRow("truncates") << QColor(3, 5, 7, 9) << 2.0 << QColor(1, 2, 3, 4);
     QTest::newRow("above range is invalid") << QColor(200, 0, 0) << 0.5 << QColor();
+    QTest::newRow("truncated before the range check") << QColor(255, 0, 0, 0) << 0.998 << QColor(255, 0, 0, 0);
+    QTest::newRow("alpha alone invalidates") << QColor(0, 0, 0, 255) << 0.5 << QColor();
+    QTest::newRow("negative truncated to 0 is valid") << QColor(1, 1, 1, 1) << -2.0 << QColor(0, 0, 0, 0);
+    QTest::newRow("by infinity nothing is left")
+        << QColor(9, 8, 7, 6) << std::numeric_limits<double>::infinity() << QColor(0, 0, 0, 0);
     QTest::newRow("negative is invalid") << QColor(1, 2, 3) << -1.0 << QColor();
     QTest::newRow("by zero is invalid") << QColor(0, 0, 0, 0) << 0.0 << QColor();
     QTest::newRow("by not a number is invalid")
