@@ -161,7 +161,10 @@ void PIGSerial::configureFromFullPathDevice(const PIString &text)
 
 PIString PIGSerial::fullPathDeviceError(const PIString &text) const
 {
-    const PIString nothing = PIIODevice::fullPathDeviceError(text);
     const std::vector<PIString> fields = text.split(":");
-    return nothing.isEmpty() ? lineError(fields, LineFields) : nothing;
+    const PIString nothing = PIIODevice::fullPathDeviceError(text);
+    if (!nothing.isEmpty())
+        return nothing;
+    const PIString wrongNumber = numberError(fields, {PinField, ReadLevelField, SendLevelField});
+    return wrongNumber.isEmpty() ? lineError(fields, LineFields) : wrongNumber;
 }

@@ -240,8 +240,13 @@ PIString PISerial::fullPathDeviceError(const PIString &text) const
 
 PIString PISerial::lineError(const std::vector<PIString> &fields, size_t first)
 {
-    for (const LineField number : {SpeedField, DataBitsField, StopBitsField}) {
-        const PIString field = fullPathField(fields, first + number);
+    return numberError(fields, {first + SpeedField, first + DataBitsField, first + StopBitsField});
+}
+
+PIString PISerial::numberError(const std::vector<PIString> &fields, std::initializer_list<size_t> numbers)
+{
+    for (const size_t number : numbers) {
+        const PIString field = fullPathField(fields, number);
         if (!isNumberOrEmpty(field))
             return PIString("\"") + field + "\" is no number";
     }

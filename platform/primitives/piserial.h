@@ -4,6 +4,7 @@
 
 #include <piiodevice.h>
 
+#include <initializer_list>
 #include <memory>
 #include <vector>
 
@@ -63,6 +64,8 @@ protected:
 
     /// What is wrong with the numbers of such fields, one line; empty when nothing is.
     static PIString lineError(const std::vector<PIString> &fields, size_t first);
+    /// Names the first of the fields \a numbers that is neither empty nor a whole number.
+    static PIString numberError(const std::vector<PIString> &fields, std::initializer_list<size_t> numbers);
 
     bool isPortAway() const;  ///< Open, but the port went away and is waited for.
     bool isPortThere() const; ///< Open, and the port has not gone away.
