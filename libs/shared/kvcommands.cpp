@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QSqlQuery>
 #include <QStringList>
+#include <QVariant>
 #include <qpiconfig.h>
 #include <variabletext.h>
 

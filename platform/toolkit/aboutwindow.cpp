@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollArea>
 #include <QVBoxLayout>
 #include <scaling.h>
@@ -44,7 +45,7 @@ QGroupBox *newList(const QString &title, const AboutWindow::Lines &lines)
     auto *form = new QFormLayout(box);
     for (const auto &line : lines) {
         QLabel *label = newLabel(line.first);
-        label->setEnabled(false); // drawn paler than the text that it names
+        label->setForegroundRole(QPalette::PlaceholderText);
         QLabel *text = newLabel(line.second);
         text->setTextInteractionFlags(Qt::TextSelectableByMouse);
         text->setWordWrap(true);
@@ -147,6 +148,7 @@ void AboutWindow::addLists(QBoxLayout *layout)
     area->setWidgetResizable(true);
     area->setWidget(lists);
     area->setMinimumWidth(lists->sizeHint().width() + fontHeight(this));
+    area->setMinimumHeight(qMin(lists->sizeHint().height(), screen()->availableSize().height() / 2));
     layout->addWidget(area, 1);
 }
 
