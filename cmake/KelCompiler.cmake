@@ -12,6 +12,11 @@ if(KEL_SANITIZE)
     add_link_options(-fsanitize=${KEL_SANITIZE})
 endif()
 
+# The fuzzer finds its way by the branches that an input takes: the libraries must show theirs.
+if(KEL_BUILD_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(KEL_CCACHE ccache)
 if(KEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${KEL_CCACHE})
