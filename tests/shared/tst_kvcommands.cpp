@@ -1,77 +1,17 @@
+#include "cataloguelists.h"
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <QElapsedTimer>
 #include <QSqlDriver>
 #include <QSqlQuery>
-#include <kvcommands.h>
 
 #include <sqlite3.h>
-
-namespace
-{
-
-// The command line that the application sees; a test may put one more argument behind the first.
-int argumentCount = 1;
-char *argumentVector[] = {nullptr, nullptr, nullptr, nullptr};
-
-class ExtraArguments
-{
-public:
-    explicit ExtraArguments(const QStringList &arguments)
-    {
-        for (const QString &argument : arguments)
-            m_bytes << argument.toLocal8Bit();
-        for (QByteArray &bytes : m_bytes)
-            argumentVector[argumentCount++] = bytes.data();
-    }
-    ~ExtraArguments() { argumentCount = 1; }
-
-private:
-    QList<QByteArray> m_bytes;
-};
-
-QStringList names(const KvCommands &catalogue)
-{
-    QStringList all;
-    for (const KvCommands::DeviceInfo &device : catalogue.devices)
-        all << device.name;
-    return all;
-}
-
-QStringList packetNames(const KvCommands &catalogue, const QString &object)
-{
-    QStringList all;
-    for (const KvCommands::PacketInfo &packet : catalogue.packets.value(object))
-        all << packet.name;
-    return all;
-}
-
-QStringList variables(const KvCommands &catalogue)
-{
-    QStringList all;
-    for (const KvCommands::VariableInfo &variable : catalogue.variables)
-        all << variable.name + '=' + variable.value;
-    return all;
-}
-
-// A device with one object that has one packet, and one variable.
-void fillSmall(TempCatalogue &file)
-{
-    file.addDevice(1, QStringLiteral("Relay"));
-    file.addObject(10, 1, QStringLiteral("hall"));
-    file.addPacket(100, 10, QStringLiteral("on"), QStringLiteral("01 FF"));
-    file.writeVariables("t = float{10 m}\n");
-}
-
-} // namespace
 
 class tst_KvCommands : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void cleanup();
 
     void startsEmpty();
@@ -85,9 +25,6 @@ private Q_SLOTS:
     void argumentCountColumnIsNeeded();
     void missingPacketsTableLeavesEmptyEntries();
     void largeCatalogueTakesFewStatements();
-
-    void noFileChangesNothing_data();
-    void noFileChangesNothing();
     void anotherDatabaseReplacesTheFirst();
     void sameDatabaseIsReadAnew();
     void connectionIsTheDefaultOne();
@@ -95,32 +32,12 @@ private Q_SLOTS:
     void closedDatabaseKeepsTheLists();
     void readAfterCloseEmptiesTheLists();
     void readTakesTheDefaultConnection();
-
-    void argument_data();
-    void argument();
-    void argumentIsIgnoredWhenOpen();
-    void firstMatchingArgumentEndsTheSearch();
-    void commandFile_data();
-    void commandFile();
-    void commandFileIsIgnoredWhenOpen();
-    void missingCommandFile();
-
     void variableValues_data();
     void variableValues();
     void variablesFileName_data();
     void variablesFileName();
     void variablesAreReadWithoutTables();
-
-    void badFile_data();
-    void badFile();
-    void lockedFileIsGivenUpSoon();
-    void unlockedFileIsReadAgain();
 };
-
-void tst_KvCommands::initTestCase()
-{
-    QVERIFY(QSqlDatabase::isDriverAvailable(QStringLiteral("QSQLITE")));
-}
 
 void tst_KvCommands::cleanup()
 {
@@ -248,7 +165,7 @@ void tst_KvCommands::objectListedTwiceHasItsPacketsTwice()
 void tst_KvCommands::argumentCountColumnIsNeeded()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     file.run(QStringLiteral("ALTER TABLE packets DROP COLUMN args_count"));
     const KvCommands catalogue(file.path());
     QCOMPARE(names(catalogue), QStringList("hall"));
@@ -258,7 +175,7 @@ void tst_KvCommands::argumentCountColumnIsNeeded()
 void tst_KvCommands::missingPacketsTableLeavesEmptyEntries()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     file.run(QStringLiteral("DROP TABLE packets"));
     const KvCommands catalogue(file.path());
     QCOMPARE(names(catalogue), QStringList("hall"));
@@ -288,37 +205,10 @@ void tst_KvCommands::largeCatalogueTakesFewStatements()
     QVERIFY2(statements > 0 && statements <= 5, qPrintable(QString::number(statements)));
 }
 
-void tst_KvCommands::noFileChangesNothing_data()
-{
-    QTest::addColumn<QString>("path");
-
-    QTest::newRow("empty") << QString();
-    QTest::newRow("missing") << "/nonexistent/cat.sqlite";
-    QTest::newRow("folder") << QDir::tempPath();
-    QTest::newRow("in memory") << ":memory:";
-}
-
-void tst_KvCommands::noFileChangesNothing()
-{
-    QFETCH(QString, path);
-
-    KvCommands catalogue(path);
-    QVERIFY(!QSqlDatabase::contains());
-
-    TempCatalogue file;
-    fillSmall(file);
-    catalogue.setDatabase(file.path());
-    catalogue.setDatabase(path);
-    QVERIFY(catalogue.database.isOpen());
-    QCOMPARE(catalogue.database.databaseName(), file.path());
-    QCOMPARE(names(catalogue), QStringList("hall"));
-    QCOMPARE(variables(catalogue), QStringList("t=10 m"));
-}
-
 void tst_KvCommands::anotherDatabaseReplacesTheFirst()
 {
     TempCatalogue first;
-    fillSmall(first);
+    first.fillSmall();
     TempCatalogue second;
     second.addDevice(1, QStringLiteral("Lamp"));
     second.addObject(10, 1, QStringLiteral("kitchen"));
@@ -335,7 +225,7 @@ void tst_KvCommands::anotherDatabaseReplacesTheFirst()
 void tst_KvCommands::sameDatabaseIsReadAnew()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     KvCommands catalogue(file.path());
     file.addObject(11, 1, QStringLiteral("door"));
 
@@ -351,7 +241,7 @@ void tst_KvCommands::sameDatabaseIsReadAnew()
 void tst_KvCommands::connectionIsTheDefaultOne()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     const KvCommands catalogue(file.path());
     QCOMPARE(catalogue.database.connectionName(), QString(QLatin1String(QSqlDatabase::defaultConnection)));
     QCOMPARE(catalogue.database.driverName(), QStringLiteral("QSQLITE"));
@@ -364,7 +254,7 @@ void tst_KvCommands::connectionIsTheDefaultOne()
 void tst_KvCommands::connectionOutlivesTheCatalogue()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     KvCommands(file.path()).read();
     QVERIFY(QSqlDatabase::database().isOpen());
 }
@@ -372,7 +262,7 @@ void tst_KvCommands::connectionOutlivesTheCatalogue()
 void tst_KvCommands::closedDatabaseKeepsTheLists()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     KvCommands catalogue(file.path());
     catalogue.closeDatabase();
     QVERIFY(!catalogue.database.isOpen());
@@ -388,7 +278,7 @@ void tst_KvCommands::closedDatabaseKeepsTheLists()
 void tst_KvCommands::readAfterCloseEmptiesTheLists()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     KvCommands catalogue(file.path());
     catalogue.closeDatabase();
     catalogue.read();
@@ -401,7 +291,7 @@ void tst_KvCommands::readAfterCloseEmptiesTheLists()
 void tst_KvCommands::readTakesTheDefaultConnection()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     const KvCommands first(file.path());
 
     KvCommands second;
@@ -409,133 +299,6 @@ void tst_KvCommands::readTakesTheDefaultConnection()
     QCOMPARE(names(second), QStringList("hall"));
     QCOMPARE(packetNames(second, QStringLiteral("hall")), QStringList("on"));
     QVERIFY(second.variables.isEmpty());
-}
-
-void tst_KvCommands::argument_data()
-{
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<bool>("isOpened");
-
-    QTest::newRow("prefix and path") << "--db="
-                                     << "--db=%1" << true;
-    QTest::newRow("other capitals") << "--db="
-                                    << "--DB=%1" << false;
-    QTest::newRow("prefix inside") << "--db="
-                                   << "x--db=%1" << false;
-    QTest::newRow("only the leading prefix is removed") << "-"
-                                                        << "--%1" << false;
-    QTest::newRow("prefix of another argument") << "--db="
-                                                << "--db %1" << false;
-    QTest::newRow("nothing after the prefix") << "--db="
-                                              << "--db=" << false;
-    QTest::newRow("space belongs to the path") << "--db="
-                                               << "--db= %1" << false;
-    QTest::newRow("empty prefix") << QString() << "%1" << false;
-    QTest::newRow("prefix that is the start of the path") << "/"
-                                                          << "/%1" << true;
-}
-
-void tst_KvCommands::argument()
-{
-    QFETCH(QString, prefix);
-    QFETCH(QString, argument);
-    QFETCH(bool, isOpened);
-
-    TempCatalogue file;
-    fillSmall(file);
-    const ExtraArguments extra({QString(argument).replace("%1", file.path())});
-    if (prefix == "/")
-        argumentVector[0][0] = '.'; // The program's own path is an argument, too.
-    KvCommands catalogue;
-    catalogue.openFromArgs(prefix);
-    if (prefix == "/")
-        argumentVector[0][0] = '/';
-    QCOMPARE(catalogue.database.isOpen(), isOpened);
-    QCOMPARE(names(catalogue), isOpened ? QStringList("hall") : QStringList());
-}
-
-void tst_KvCommands::argumentIsIgnoredWhenOpen()
-{
-    TempCatalogue first;
-    fillSmall(first);
-    TempCatalogue second;
-    const ExtraArguments extra({"--db=" + second.path()});
-    KvCommands catalogue(first.path());
-    catalogue.openFromArgs(QStringLiteral("--db="));
-    QCOMPARE(catalogue.database.databaseName(), first.path());
-
-    catalogue.closeDatabase();
-    catalogue.openFromArgs(QStringLiteral("--db="));
-    QCOMPARE(catalogue.database.databaseName(), second.path());
-}
-
-void tst_KvCommands::firstMatchingArgumentEndsTheSearch()
-{
-    TempCatalogue file;
-    KvCommands catalogue;
-    {
-        const ExtraArguments extra({"--db=/nonexistent/cat.sqlite", "--db=" + file.path()});
-        catalogue.openFromArgs(QStringLiteral("--db="));
-        QVERIFY(!catalogue.database.isOpen());
-    }
-    const ExtraArguments extra({"--other", "--db=" + file.path(), "--db=/nonexistent/cat.sqlite"});
-    catalogue.openFromArgs(QStringLiteral("--db="));
-    QCOMPARE(catalogue.database.databaseName(), file.path());
-}
-
-void tst_KvCommands::commandFile_data()
-{
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<QByteArray>("after");
-    QTest::addColumn<bool>("isOpened");
-
-    QTest::newRow("bare path") << QByteArray() << QByteArray() << true;
-    QTest::newRow("line break belongs to the path") << QByteArray() << QByteArray("\n") << false;
-    QTest::newRow("space belongs to the path") << QByteArray(" ") << QByteArray() << false;
-    QTest::newRow("ends at a zero byte") << QByteArray() << QByteArray("\0\nmore", 6) << true;
-    QTest::newRow("much after the zero byte") << QByteArray() << QByteArray(2 << 20, '\0') << true;
-    QTest::newRow("zero byte first") << QByteArray("\0", 1) << QByteArray() << false;
-    QTest::newRow("far too long") << QByteArray() << QByteArray(2 << 20, 'x') << false;
-}
-
-void tst_KvCommands::commandFile()
-{
-    QFETCH(QByteArray, before);
-    QFETCH(QByteArray, after);
-    QFETCH(bool, isOpened);
-
-    TempCatalogue file;
-    file.writeFile(QStringLiteral("каталог.sqlite"), QByteArray());
-    const QString path = file.filePath(QStringLiteral("каталог.sqlite"));
-    file.writeFile(QStringLiteral("cat.path"), before + path.toUtf8() + after);
-
-    KvCommands catalogue;
-    catalogue.openFromCmdFile(file.filePath(QStringLiteral("cat.path")));
-    QCOMPARE(catalogue.database.isOpen(), isOpened);
-    QCOMPARE(catalogue.database.databaseName(), isOpened ? path : QString());
-}
-
-void tst_KvCommands::commandFileIsIgnoredWhenOpen()
-{
-    TempCatalogue first;
-    TempCatalogue second;
-    second.writeFile(QStringLiteral("cat.path"), second.path().toUtf8());
-    KvCommands catalogue(first.path());
-    catalogue.openFromCmdFile(second.filePath(QStringLiteral("cat.path")));
-    QCOMPARE(catalogue.database.databaseName(), first.path());
-}
-
-void tst_KvCommands::missingCommandFile()
-{
-    TempCatalogue file;
-    file.writeFile(QStringLiteral("empty"), QByteArray());
-    KvCommands catalogue;
-    catalogue.openFromCmdFile(QStringLiteral("/nonexistent/cat.path"));
-    catalogue.openFromCmdFile(QDir::tempPath());
-    catalogue.openFromCmdFile(file.filePath(QStringLiteral("empty")));
-    QVERIFY(!catalogue.database.isOpen());
-    QVERIFY(!QSqlDatabase::contains());
 }
 
 void tst_KvCommands::variableValues_data()
@@ -599,7 +362,7 @@ void tst_KvCommands::variablesFileName()
 void tst_KvCommands::variablesAreReadWithoutTables()
 {
     TempCatalogue file;
-    fillSmall(file);
+    file.fillSmall();
     file.run(QStringLiteral("DROP TABLE devices"));
     const KvCommands catalogue(file.path());
     QVERIFY(catalogue.devices.isEmpty());
@@ -607,77 +370,5 @@ void tst_KvCommands::variablesAreReadWithoutTables()
     QCOMPARE(variables(catalogue), QStringList("t=10 m"));
 }
 
-void tst_KvCommands::badFile_data()
-{
-    QTest::addColumn<QByteArray>("content");
-
-    TempCatalogue file;
-    fillSmall(file);
-    QFile database(file.path());
-    QVERIFY(database.open(QIODevice::ReadOnly));
-    const QByteArray good = database.readAll();
-
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("garbage") << QByteArray("\xff garbage ").repeated(1000);
-    QTest::newRow("header only") << good.left(100);
-    QTest::newRow("first page only") << good.left(4096);
-    QTest::newRow("cut in the middle of a page") << good.left(good.size() / 2 + 77);
-    QTest::newRow("pages of garbage behind the header") << good.left(100) + QByteArray(good.size() - 100, '\xa5');
-}
-
-void tst_KvCommands::badFile()
-{
-    QFETCH(QByteArray, content);
-
-    TempCatalogue file;
-    file.writeFile(QStringLiteral("bad.sqlite"), content);
-    file.writeFile(QStringLiteral("bad.var"), "t = x{1 s}");
-    const KvCommands catalogue(file.filePath(QStringLiteral("bad.sqlite")));
-    QVERIFY(catalogue.packets.isEmpty());
-    QCOMPARE(variables(catalogue), QStringList("t=1 s"));
-
-    QFile unchanged(file.filePath(QStringLiteral("bad.sqlite")));
-    QVERIFY(unchanged.open(QIODevice::ReadOnly));
-    QCOMPARE(unchanged.readAll(), content);
-}
-
-void tst_KvCommands::lockedFileIsGivenUpSoon()
-{
-    TempCatalogue file;
-    fillSmall(file);
-    file.run(QStringLiteral("BEGIN EXCLUSIVE"));
-    QElapsedTimer timer;
-    timer.start();
-    const KvCommands catalogue(file.path());
-    // The driver's own patience would be 5 s for each statement.
-    QVERIFY(timer.elapsed() < 4500);
-    QVERIFY(catalogue.database.isOpen());
-    QVERIFY(catalogue.devices.isEmpty());
-    QCOMPARE(variables(catalogue), QStringList("t=10 m"));
-    file.run(QStringLiteral("ROLLBACK"));
-}
-
-void tst_KvCommands::unlockedFileIsReadAgain()
-{
-    TempCatalogue file;
-    fillSmall(file);
-    file.run(QStringLiteral("BEGIN EXCLUSIVE"));
-    KvCommands catalogue(file.path());
-    file.run(QStringLiteral("ROLLBACK"));
-    catalogue.read();
-    QCOMPARE(names(catalogue), QStringList("hall"));
-}
-
-int main(int argc, char **argv)
-{
-    Q_UNUSED(argc)
-    argumentVector[0] = argv[0];
-    QApplication app(argumentCount, argumentVector);
-    tst_KvCommands test;
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
-    return runKelTest(&test, arguments);
-}
-
+KEL_TEST_MAIN(tst_KvCommands)
 #include "tst_kvcommands.moc"

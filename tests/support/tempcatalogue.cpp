@@ -116,3 +116,11 @@ void TempCatalogue::addAnswer(int id, int device, const QString &command, const 
     run(QStringLiteral("INSERT INTO answers (id,device,command,description) VALUES (?,?,?,?)"),
         {id, device, command, description});
 }
+
+void TempCatalogue::fillSmall()
+{
+    addDevice(1, QStringLiteral("Relay"));
+    addObject(10, 1, QStringLiteral("hall"));
+    addPacket(100, 10, QStringLiteral("on"), QStringLiteral("01 FF"));
+    writeVariables("t = float{10 m}\n");
+}

@@ -40,6 +40,9 @@ public:
     void addCommand(int id, int device, const QString &command, const QString &description = {});
     void addAnswer(int id, int device, const QString &command, const QString &description = {});
 
+    /// The object "hall" of a device "Relay", with one packet "on", and the variable "t" that holds 10 m.
+    void fillSmall();
+
 private:
     QTemporaryDir m_dir;
     QSqlDatabase m_connection;
