@@ -24,10 +24,10 @@ endfunction()
 
 function(kel_library_files target)
     cmake_parse_arguments(arg "" "" "HEADERS;SOURCES" ${ARGN})
-    list(TRANSFORM arg_HEADERS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
-    list(TRANSFORM arg_SOURCES PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+    list(TRANSFORM arg_HEADERS PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
+    list(TRANSFORM arg_SOURCES PREPEND ${CMAKE_CURRENT_LIST_DIR}/)
     target_sources(Kel_${target} PRIVATE ${arg_HEADERS} ${arg_SOURCES})
-    target_include_directories(Kel_${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}>)
+    target_include_directories(Kel_${target} PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_LIST_DIR}>)
     install(FILES ${arg_HEADERS} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KelWidgets)
     set_property(GLOBAL APPEND PROPERTY KEL_PUBLIC_HEADERS ${arg_HEADERS})
 endfunction()
@@ -35,14 +35,9 @@ endfunction()
 # kel_library_resources(<target> <file.qrc>) compiles a resource set into the library. Its
 # qInitResources_<name>/qCleanupResources_<name> pair stays visible, as hosts call it by name.
 function(kel_library_resources target qrc)
-    cmake_language(CALL ${KEL_QT_LOWER}_add_resources generated ${CMAKE_CURRENT_SOURCE_DIR}/${qrc})
+    cmake_language(CALL ${KEL_QT_LOWER}_add_resources generated ${CMAKE_CURRENT_LIST_DIR}/${qrc})
     set_source_files_properties(${generated} TARGET_DIRECTORY Kel_${target}
         PROPERTIES COMPILE_OPTIONS "-fvisibility=default;-Wno-error" SKIP_AUTOGEN ON)
     target_sources(Kel_${target} PRIVATE ${generated})
-
-    # The rule belongs to this folder and the library to the one above, so the order is named here.
-    get_filename_component(name ${qrc} NAME_WE)
-    add_custom_target(Kel_${target}_${name}_resources DEPENDS ${generated})
-    add_dependencies(Kel_${target} Kel_${target}_${name}_resources)
 endfunction()
 string(TOLOWER ${KEL_QT} KEL_QT_LOWER)

@@ -1,6 +1,7 @@
 #include "widgetlist.h"
 
 #include "kelbutton.h"
+#include "kellight.h"
 #include "localdevice.h"
 
 namespace
@@ -25,6 +26,10 @@ const QVector<KelWidgetInfo> &kelWidgetList()
         {QStringLiteral("KelButton"), group(), QStringLiteral(":/icons/kelbutton.png"), QStringLiteral("Touch button"),
          QStringLiteral("Push button whose face shows a device's answer in colour. Its clicks carry a number."),
          QSize(120, 72), false, create<KelButton>},
+        {QStringLiteral("KelLight"), group(), QStringLiteral(":/icons/light_bulb_100.png"),
+         QStringLiteral("Dimmable light"),
+         QStringLiteral("Lamp that glows with its level. A click switches it, a drag around its ring dims it."),
+         QSize(120, 120), false, create<KelLight>},
         {QStringLiteral("LocalDevice"), group(), QStringLiteral(":/icons/local_device.png"),
          QStringLiteral("Device of the catalogue"),
          QStringLiteral("Stands for one device: sends its commands by number and turns its answers into signals. "

@@ -1,0 +1,176 @@
+// How a light looks.
+#include "kellight.h"
+
+#include "kellightgeometry.h"
+
+#include <QHash>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <cmath>
+
+using KelLightGeometry::Layout;
+
+namespace
+{
+
+// A picture of the resource set, decoded once for all lights.
+QImage lightPicture(KelLight::IconType type, const char *stage)
+{
+    static const char *const names[] = {"bulb", "led", "spot"};
+    static QHash<QString, QImage> decoded;
+
+    const QString path =
+        QStringLiteral(":/icons/light_%1_%2.png").arg(QLatin1String(names[type]), QLatin1String(stage));
+    auto found = decoded.find(path);
+    if (found == decoded.end())
+        found = decoded.insert(path, QImage(path).convertToFormat(QImage::Format_ARGB32_Premultiplied));
+    return *found;
+}
+
+QPixmap scaled(const QImage &image, const QSize &size, qreal pixelRatio)
+{
+    if (image.isNull() || size.isEmpty())
+        return {};
+    QPixmap pixmap =
+        QPixmap::fromImage(image.scaled(size * pixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    pixmap.setDevicePixelRatio(pixelRatio);
+    return pixmap;
+}
+
+QPainterPath ringPath(const QRectF &outer, qreal width, double shift)
+{
+    QPainterPath path;
+    path.arcMoveTo(outer, shift);
+    const QPointF begin = path.currentPosition();
+    path.arcTo(outer, shift, 360.0 - 2.0 * shift);
+
+    const QRectF inner = outer.adjusted(width, width, -width, -width);
+    QPainterPath back;
+    back.arcMoveTo(inner, -shift);
+    back.arcTo(inner, -shift, 2.0 * shift - 360.0);
+    back.lineTo(begin);
+    path.connectPath(back);
+    return path;
+}
+
+QBrush ringBrush(double percent, qreal glow, double shift, const QColor &fill, const QColor &back)
+{
+    const double end = (360.0 - 2.0 * shift) / 360.0 * (1.0 - percent / (100.0 - glow / 3.6)) + shift / 360.0;
+    const double lit = qBound(0.0, glow / 360.0 + end, 1.0);
+    if (lit <= 0.0)
+        return fill;
+
+    QConicalGradient gradient(0.0, 0.0, 0.0);
+    gradient.setColorAt(1.0, fill);
+    gradient.setColorAt(lit, fill);
+    gradient.setColorAt(qBound(0.0, end, 1.0), back);
+    gradient.setColorAt(0.0, back);
+    return gradient;
+}
+
+// How far the light is between its bounds, in percent.
+double shownPercent(double level, double low, double high)
+{
+    const double share = (level - low) / qMax(high - low, 0.001);
+    return share > 0.0 ? qMin(share, 1.0) * 100.0 : 0.0;
+}
+
+} // namespace
+
+void KelLight::setIconType(IconType it)
+{
+    m_iconType = it;
+    if (it < Bulb || it > Spot)
+        return;
+    m_images = {lightPicture(it, "0"), lightPicture(it, "100"), lightPicture(it, "w"), lightPicture(it, "h")};
+    m_pictureSize = QSize();
+    scalePictures();
+    refresh();
+}
+
+void KelLight::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    scalePictures();
+    m_still = QPixmap();
+}
+
+void KelLight::scalePictures()
+{
+    const QSize size = KelLightGeometry::layout(this->size(), {m_binary, m_barSize, m_angleShift}).picture.size();
+    const qreal ratio = devicePixelRatioF();
+    if (size == m_pictureSize && ratio == m_pictureRatio)
+        return;
+    m_pictureSize = size;
+    m_pictureRatio = ratio;
+    m_pictures = {scaled(m_images.off, size, ratio), scaled(m_images.full, size, ratio),
+                  scaled(m_images.warm, size, ratio), scaled(m_images.halo, size, ratio)};
+}
+
+void KelLight::refresh()
+{
+    m_still = QPixmap();
+    update();
+}
+
+void KelLight::paintEvent(QPaintEvent *)
+{
+    // Sizes come with their own event; only a move to a screen of another pixel ratio shows here first.
+    if (m_pictureRatio != devicePixelRatioF()) {
+        scalePictures();
+        m_still = QPixmap();
+    }
+
+    QPainter painter(this);
+    if (m_animation.state() == QAbstractAnimation::Running) {
+        paintLight(painter);
+        return;
+    }
+    if (m_still.isNull()) {
+        m_still = QPixmap(size() * m_pictureRatio);
+        m_still.setDevicePixelRatio(m_pictureRatio);
+        m_still.fill(Qt::transparent);
+        QPainter stillPainter(&m_still);
+        paintLight(stillPainter);
+    }
+    painter.drawPixmap(0, 0, m_still);
+}
+
+void KelLight::paintLight(QPainter &painter) const
+{
+    const Layout where = KelLightGeometry::layout(size(), {m_binary, m_barSize, m_angleShift});
+    if (where.radius <= 0.0)
+        return;
+    const double percent = shownPercent(m_shownLevel, m_lowLevel, m_highLevel);
+    const QRectF ring(-where.radius, -where.radius, 2.0 * where.radius, 2.0 * where.radius);
+
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.translate(width() * 0.5, height() * 0.5);
+    painter.save();
+    painter.rotate(90.0); // the ring's angles begin at the bottom
+    painter.setPen(QPen(QBrush(Qt::darkGray), where.penWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+    if (m_binary) {
+        painter.setBrush(Qt::NoBrush);
+        painter.drawEllipse(ring);
+    } else {
+        painter.setBrush(ringBrush(percent, where.glow, m_angleShift, m_fillColor, m_backColor));
+        painter.drawPath(ringPath(ring, where.ringWidth, m_angleShift));
+    }
+    painter.restore();
+    drawLamp(painter, where.picture, percent);
+}
+
+void KelLight::drawLamp(QPainter &painter, const QRect &picture, double percent) const
+{
+    const auto draw = [&](const QPixmap &stage, double opacity) {
+        if (stage.isNull() || opacity <= 0.0)
+            return;
+        painter.setOpacity(qMin(1.0, opacity));
+        painter.drawPixmap(picture.topLeft(), stage);
+    };
+    draw(m_pictures.off, 1.0);
+    draw(m_pictures.full, std::pow(percent / 75.0, 0.5));
+    draw(m_pictures.warm, std::pow(percent / 20.0, 0.4));
+    draw(m_pictures.halo, percent > 70.0 ? std::pow((percent - 70.0) / 30.0, 1.5) : 0.0);
+}
