@@ -7,5 +7,6 @@ struct Program;
 // One line per command, in the order that the help shows them.
 void addDemoCommand(Program &program);
 void addPanelCommand(Program &program);
+void addProjectCommand(Program &program);
 void addSimCommand(Program &program);
 void addTemplateCommand(Program &program);

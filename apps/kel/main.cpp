@@ -34,6 +34,7 @@ int main(int argc, char **argv)
     program.line.require_subcommand(1);
     addDemoCommand(program);
     addPanelCommand(program);
+    addProjectCommand(program);
     addSimCommand(program);
     addTemplateCommand(program);
 
