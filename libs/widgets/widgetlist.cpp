@@ -2,7 +2,9 @@
 
 #include "kelbutton.h"
 #include "kellight.h"
+#include "kelswitch.h"
 #include "localdevice.h"
+#include "qtimerwidget.h"
 
 namespace
 {
@@ -30,6 +32,12 @@ const QVector<KelWidgetInfo> &kelWidgetList()
          QStringLiteral("Dimmable light"),
          QStringLiteral("Lamp that glows with its level. A click switches it, a drag around its ring dims it."),
          QSize(120, 120), false, create<KelLight>},
+        {QStringLiteral("KelSwitch"), group(), QStringLiteral(":/icons/kelswitch.png"), QStringLiteral("Switch"),
+         QStringLiteral("Switch with two positions. A click toggles it, and its handle can be dragged."), QSize(96, 36),
+         false, create<KelSwitch>},
+        {QStringLiteral("QTimerWidget"), group(), QStringLiteral(":/icons/qtimerwidget.png"), QStringLiteral("Timer"),
+         QStringLiteral("Ticks at an interval, once or again and again. It is not seen while the panel runs."),
+         QSize(32, 32), false, create<QTimerWidget>},
         {QStringLiteral("LocalDevice"), group(), QStringLiteral(":/icons/local_device.png"),
          QStringLiteral("Device of the catalogue"),
          QStringLiteral("Stands for one device: sends its commands by number and turns its answers into signals. "
