@@ -50,14 +50,15 @@ int runPanel(Program &program, const PanelOptions &options)
     const LoadedForm form = loadForm(path);
     for (const QString &complaint : form.complaints)
         std::fprintf(stderr, "kel: %s\n", qPrintable(complaint));
-    if (isWithoutDisplay() && screenshot.isEmpty())
-        throw CommandError(QStringLiteral("no display to show %1 on (--screenshot saves it as a picture)").arg(path));
 
     Kel::connection.setMessageGap(options.gapMs);
     DeviceRoutes routes(Kel::connection, path);
     if (options.trace)
         traceRoutes(routes, TrafficLog(QStringLiteral("panel")));
     routes.open(*form.window);
+    // Last of all, so that what is wrong with the files is said without a display too.
+    if (isWithoutDisplay() && screenshot.isEmpty())
+        throw CommandError(QStringLiteral("no display to show %1 on (--screenshot saves it as a picture)").arg(path));
     quitOnSignals();
     form.window->show();
     return screenshot.isEmpty() ? QApplication::exec() : takeScreenshot(*form.window, screenshot, options.afterMs);
