@@ -172,8 +172,8 @@ void setField(ServerProject &project, const QString &word)
             return;
         }
     }
-    throw CommandError(
-        QStringLiteral("%1: there are version, uiFile, dataFile, varFile, cmFile and mainScript").arg(printable(name)));
+    throw CommandError(QStringLiteral("%1: the fields are version, uiFile, dataFile, varFile, cmFile and mainScript")
+                           .arg(printable(word)));
 }
 
 /// Reads the project, lets \a change work on it with each word, and writes it when all went well.
