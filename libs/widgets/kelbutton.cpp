@@ -395,6 +395,23 @@ void KelButton::changeEvent(QEvent *event)
     }
 }
 
+// Inside setChecked() the base class goes on with the button after its signal. A click announces the
+// toggling afterwards, so that its handlers may delete the button as those of the other signals may.
+void KelButton::nextCheckState()
+{
+    if (!isCheckable() || group() != nullptr || defaultAction() != nullptr || signalsBlocked()) {
+        QToolButton::nextCheckState();
+        return;
+    }
+
+    const bool before = isChecked();
+    blockSignals(true);
+    QToolButton::nextCheckState();
+    blockSignals(false);
+    if (isChecked() != before)
+        emit toggled(isChecked());
+}
+
 void KelButton::timerEvent(QTimerEvent *event)
 {
     if (event->timerId() == m_blinkTimer) {

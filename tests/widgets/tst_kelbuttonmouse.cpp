@@ -1,6 +1,7 @@
 #include "buttonlog.h"
 #include "testmain.h"
 
+#include <QButtonGroup>
 #include <QPropertyAnimation>
 #include <QWindow>
 #include <functional>
@@ -17,6 +18,8 @@ private Q_SLOTS:
     void doubleClick();
     void throughTheWindow();
     void checkable();
+    void togglesAsAnyButton_data();
+    void togglesAsAnyButton();
     void onlyTheMouseIsNumbered();
     void disabledIsDeaf();
     void pressAnimatesToTheDownColour();
@@ -142,6 +145,42 @@ void tst_KelButtonMouse::checkable()
                           QStringLiteral("clicked false"), QStringLiteral("releasedID 9")}));
 }
 
+void tst_KelButtonMouse::togglesAsAnyButton_data()
+{
+    QTest::addColumn<bool>("inGroup");
+    QTest::addColumn<bool>("blocked");
+    QTest::newRow("alone") << false << false;
+    QTest::newRow("in a group") << true << false;
+    QTest::newRow("with its signals blocked") << false << true;
+}
+
+void tst_KelButtonMouse::togglesAsAnyButton()
+{
+    QFETCH(bool, inGroup);
+    QFETCH(bool, blocked);
+
+    KelButton button;
+    KelButton other;
+    QButtonGroup group;
+    for (KelButton *each : {&button, &other}) {
+        each->setCheckable(true);
+        if (inGroup)
+            group.addButton(each);
+    }
+    other.setChecked(true);
+    QSignalSpy toggled(&button, &KelButton::toggled);
+    button.blockSignals(blocked);
+    QTest::mouseClick(&button, Qt::LeftButton);
+    QVERIFY(button.isChecked());
+    QCOMPARE(other.isChecked(), !inGroup);
+    QCOMPARE(toggled.size(), blocked ? 0 : 1);
+    QCOMPARE(button.signalsBlocked(), blocked);
+
+    QTest::mouseClick(&button, Qt::LeftButton); // The chosen one of a group stays.
+    QCOMPARE(button.isChecked(), inGroup);
+    QCOMPARE(toggled.size(), blocked ? 0 : (inGroup ? 1 : 2));
+}
+
 void tst_KelButtonMouse::onlyTheMouseIsNumbered()
 {
     KelButton button;
@@ -237,9 +276,11 @@ public Q_SLOTS:
 void tst_KelButtonMouse::handlerMayDeleteTheButton_data()
 {
     QTest::addColumn<QByteArray>("signal");
-    for (const char *signal : {SIGNAL(pressed()), SIGNAL(pressedID(int)), SIGNAL(released()), SIGNAL(clickedID(int)),
-                               SIGNAL(clicked(bool)), SIGNAL(releasedID(int))})
-        QTest::newRow(signal + 1) << QByteArray(signal);
+    for (const char *signal :
+         {SIGNAL(pressed()), SIGNAL(pressedID(int)), SIGNAL(released()), SIGNAL(clickedID(int)), SIGNAL(clicked(bool)),
+          SIGNAL(releasedID(int)), SIGNAL(toggled(bool)), SIGNAL(toggledID(int, bool)),
+          SIGNAL(stateChanged(State, State)), SIGNAL(stateChangedID(int, State, State))})
+        QTest::newRow(signal + 1) << QMetaObject::normalizedSignature(signal);
 }
 
 void tst_KelButtonMouse::handlerMayDeleteTheButton()
@@ -251,6 +292,9 @@ void tst_KelButtonMouse::handlerMayDeleteTheButton()
     Deleter deleter;
     const QPointer<KelButton> button(new KelButton(&window));
     button->resize(60, 40);
+    button->setCheckable(true);
+    button->setChecked(true);
+    button->setStateYes();
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     connect(button.data(), signal.constData(), &deleter, SLOT(remove()));
