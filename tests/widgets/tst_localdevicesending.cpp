@@ -28,6 +28,7 @@ private Q_SLOTS:
     void unsetArgumentIsCreated();
     void argumentSlots();
     void argumentNumbersDoNotMix();
+    void variablesStandSorted();
     void createdArgumentIsNoVariable();
     void errorIsToldAtEachSending();
     void errorEndsWhenTheVariableIsKnown();
@@ -270,6 +271,19 @@ void tst_LocalDeviceSending::argumentNumbersDoNotMix()
     device.setArgument(-1, 51);
     const QString text = QStringLiteral("%1 %10 %-1 %2147483647 %-2147483648 %(a1) %(a10) %(a1-1) %(a2147483647)");
     QCOMPARE(hex(device.parseSendData(text)), QStringLiteral("07 64 33 3C 3D 07 64 06 3C"));
+}
+
+void tst_LocalDeviceSending::variablesStandSorted()
+{
+    BenchDevice device;
+    for (const int number : {20, 1, 3, 1})
+        device.setArgument(number, number);
+    const PIEvaluatorContent &content = device.evaluator.content();
+    QCOMPARE(content.variablesCount(), 3);
+    QCOMPARE(PI2QString(content.variableName(0)), QStringLiteral("a1"));
+    QCOMPARE(PI2QString(content.variableName(1)), QStringLiteral("a20"));
+    QCOMPARE(PI2QString(content.variableName(2)), QStringLiteral("a3"));
+    QCOMPARE(content.variableValue(1), std::complex<double>(20, 0));
 }
 
 void tst_LocalDeviceSending::createdArgumentIsNoVariable()
