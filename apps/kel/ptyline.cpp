@@ -41,7 +41,7 @@ void makeRaw(const QByteArray &port)
 } // namespace
 
 PtyLine::PtyLine(const QString &link, QObject *parent)
-    : SimulatorLine(parent)
+    : PtyLine(parent) // from here on the destructor runs, whatever fails below
 {
     m_descriptor = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     char port[128];

@@ -24,6 +24,11 @@ public:
     bool write(const QByteArray &bytes) override;
 
 private:
+    explicit PtyLine(QObject *parent)
+        : SimulatorLine(parent)
+    {
+    }
+
     void makeLink(const QString &link);
     void readAll();
     void watchForReader();

@@ -1,7 +1,11 @@
 #include "kelprocess.h"
 #include "testmain.h"
 
+#include <messagegap.h>
+#include <ptyline.h>
+
 #include <QFile>
+#include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -9,6 +13,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace
@@ -134,7 +139,10 @@ private Q_SLOTS:
     void linkLeadsToThePortAndGoes();
     void linkOfAKilledSimulatorIsReplaced();
     void filesAndLivingLinksStay();
+    void nobodyListening();
+    void endlessMessageIsGivenOut();
     void answersOnTcp();
+    void clientsOnTcpShareTheLine();
     void reportsComeByThemselves();
     void wrongInputIsOneLine_data();
     void wrongInputIsOneLine();
@@ -228,6 +236,41 @@ void tst_Sim::filesAndLivingLinksStay()
     QVERIFY(QFileInfo(rules).size() > 0);
 }
 
+void tst_Sim::nobodyListening()
+{
+    PtyLine line;
+    QVERIFY(!line.write("x"));
+    {
+        const Port port(line.name());
+        QVERIFY(line.write("x"));
+        QCOMPARE(port.read(1), QByteArray("x"));
+        QSignalSpy received(&line, &SimulatorLine::received);
+        QVERIFY(port.write("y"));
+        QTRY_COMPARE(received.size(), 1);
+    }
+    QVERIFY(!line.write("x"));
+
+    // A port that is left alone after use costs next to nothing.
+    timespec before = {};
+    timespec after = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &before);
+    QTest::qWait(500);
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &after);
+    const double usedMs = double(after.tv_sec - before.tv_sec) * 1e3 + double(after.tv_nsec - before.tv_nsec) / 1e6;
+    QVERIFY2(usedMs < 200, qPrintable(QString::number(usedMs)));
+}
+
+void tst_Sim::endlessMessageIsGivenOut()
+{
+    MessageGap gap(600000);
+    QSignalSpy messages(&gap, &MessageGap::message);
+    gap.add(QByteArray(MessageGap::MaxMessageSize - 1, 'x'));
+    QCOMPARE(messages.size(), 0);
+    gap.add("y");
+    QCOMPARE(messages.size(), 1);
+    QCOMPARE(messages.at(0).at(0).toByteArray().size(), int(MessageGap::MaxMessageSize));
+}
+
 void tst_Sim::answersOnTcp()
 {
     const QTemporaryDir folder;
@@ -241,6 +284,31 @@ void tst_Sim::answersOnTcp()
     socket.write(hex("5542"));
     QVERIFY(socket.waitForReadyRead(WaitMs));
     QCOMPARE(socket.readAll(), hex("42"));
+}
+
+void tst_Sim::clientsOnTcpShareTheLine()
+{
+    const QTemporaryDir folder;
+    RunningSim sim(folder, {QStringLiteral("--tcp"), QStringLiteral("0")});
+    const quint16 port = sim.place().section(QLatin1Char(':'), -1).toUShort();
+    QTcpSocket first;
+    QTcpSocket second;
+    for (QTcpSocket *socket : {&first, &second}) {
+        socket->connectToHost(QStringLiteral("127.0.0.1"), port);
+        QVERIFY(socket->waitForConnected(WaitMs));
+        socket->write(hex("5501"));
+        QVERIFY(socket->waitForReadyRead(WaitMs));
+    }
+    first.readAll();
+    second.readAll();
+
+    first.write(hex("5543"));
+    for (QTcpSocket *socket : {&first, &second}) {
+        QByteArray bytes;
+        while (!bytes.contains('\x43') && socket->waitForReadyRead(WaitMs))
+            bytes += socket->readAll();
+        QVERIFY(bytes.contains('\x43'));
+    }
 }
 
 void tst_Sim::reportsComeByThemselves()
