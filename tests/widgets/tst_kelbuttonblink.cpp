@@ -14,6 +14,7 @@ private Q_SLOTS:
     void colours();
     void secondBlinkRestartsTheDelay();
     void onlyTheLastColourFlashes();
+    void everyTimerEnds();
     void fadesToTheStateOfThatMoment();
     void unusualDelays_data();
     void unusualDelays();
@@ -128,6 +129,33 @@ void tst_KelButtonBlink::onlyTheLastColourFlashes()
     QTest::qWait(150); // Timers that were not replaced would flash once more.
     lines << log.take();
     QCOMPARE(lines, QStringList({face(Qt::blue), face(button.grayColor())}));
+}
+
+class TimerCounter : public QObject
+{
+public:
+    int events = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Timer)
+            ++events;
+        return false;
+    }
+};
+
+void tst_KelButtonBlink::everyTimerEnds()
+{
+    KelButton button;
+    TimerCounter counter;
+    button.installEventFilter(&counter);
+    button.setBlinkDelay(10);
+    for (int i = 0; i < 3; ++i)
+        button.blinkNo();
+    QTRY_COMPARE(counter.events, 1);
+    QTest::qWait(60); // A timer that was left running would expire again and again.
+    QCOMPARE(counter.events, 1);
 }
 
 void tst_KelButtonBlink::fadesToTheStateOfThatMoment()
