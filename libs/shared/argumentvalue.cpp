@@ -2,9 +2,8 @@
 
 #include <pibyteorder.h>
 
-#include <QtEndian>
-
 #include <cstring>
+#include <type_traits>
 
 namespace Kv_Designer
 {
@@ -13,116 +12,112 @@ namespace
 
 static_assert(Q_BYTE_ORDER == Q_LITTLE_ENDIAN, "numbers are copied in the host's order");
 
-bool hasUsableSize(const ValueFormat &format)
-{
-    return format.size >= 1 && format.size <= MaxArgumentSize;
-}
-
-/// \a number in the low bytes, zero above: an entry made by hand may be wider than its type.
-template <typename Number>
-quint64 toBits(Number number)
-{
-    quint64 bits = 0;
-    std::memcpy(&bits, &number, sizeof(number));
-    return bits;
-}
-
-template <typename Number>
-Number fromBits(quint64 bits)
-{
-    Number number;
-    std::memcpy(&number, &bits, sizeof(number));
-    return number;
-}
-
-bool toBits(ArgumentType type, const QVariant &value, quint64 &bits)
-{
-    switch (type) {
-    case ArgumentType::UInt8:
-    case ArgumentType::Int8:
-        bits = static_cast<quint8>(value.toInt());
-        return true;
-    case ArgumentType::UInt16:
-    case ArgumentType::Int16:
-        bits = static_cast<quint16>(value.toInt());
-        return true;
-    case ArgumentType::UInt32: // texts and numbers beyond the signed range convert as for Int32
-    case ArgumentType::Int32:
-        bits = static_cast<quint32>(value.toInt());
-        return true;
-    case ArgumentType::UInt64:
-    case ArgumentType::Int64:
-        bits = static_cast<quint64>(value.toLongLong());
-        return true;
-    case ArgumentType::Float32:
-        bits = toBits(value.toFloat());
-        return true;
-    case ArgumentType::Float64:
-        bits = toBits(value.toDouble());
-        return true;
+/// Stored is the number in the message, Captured what a captured value holds.
+template <typename Stored, typename Captured, bool IsSwapped>
+struct Coder {
+    static Stored numberOf(const QVariant &value)
+    {
+        if constexpr (std::is_same_v<Stored, float>)
+            return value.toFloat();
+        else if constexpr (std::is_same_v<Stored, double>)
+            return value.toDouble();
+        else if constexpr (sizeof(Stored) == sizeof(qlonglong))
+            return static_cast<Stored>(value.toLongLong());
+        else // for unsigned numbers of four bytes too: texts beyond the signed range convert as for signed ones
+            return static_cast<Stored>(value.toInt());
     }
-    return false;
+
+    static void put(Stored number, char *to)
+    {
+        if (IsSwapped)
+            piLetobe(&number, sizeof(number));
+        std::memcpy(to, &number, sizeof(number));
+    }
+
+    static void write(const QVariant &value, char *to) { put(numberOf(value), to); }
+    static void writeConstant(qint32 constant, char *to) { put(static_cast<Stored>(constant), to); }
+
+    static void read(const char *from, QVariant &value)
+    {
+        Stored number;
+        std::memcpy(&number, from, sizeof(number));
+        if (IsSwapped)
+            piLetobe(&number, sizeof(number));
+        value.setValue(static_cast<Captured>(number)); // in place where a number was before
+    }
+
+    static constexpr ValueCoder All{sizeof(Stored), write, writeConstant, read};
+};
+
+bool hasUsableSize(const CommandArgument &argument)
+{
+    return argument.size >= 1 && argument.size <= MaxArgumentSize;
+}
+
+/// Copies a value of the type's own width into an argument made by hand with another one: cut, or with
+/// zeros above.
+void copyAcrossWidths(const CommandArgument &argument, const char *value, char *to)
+{
+    std::memcpy(to, value, static_cast<std::size_t>(argument.size));
+    if (argument.swapBytes)
+        piLetobe(to, argument.size);
 }
 
 } // namespace
 
-bool encodeValue(const ValueFormat &format, const QVariant &value, char *to)
+const ValueCoder ValueCoders[10][2] = {
+    {Coder<quint8, int, false>::All, Coder<quint8, int, true>::All},
+    {Coder<qint8, int, false>::All, Coder<qint8, int, true>::All},
+    {Coder<quint16, int, false>::All, Coder<quint16, int, true>::All},
+    {Coder<qint16, int, false>::All, Coder<qint16, int, true>::All},
+    {Coder<quint32, uint, false>::All, Coder<quint32, uint, true>::All},
+    {Coder<qint32, int, false>::All, Coder<qint32, int, true>::All},
+    {Coder<quint64, qulonglong, false>::All, Coder<quint64, qulonglong, true>::All},
+    {Coder<qint64, qlonglong, false>::All, Coder<qint64, qlonglong, true>::All},
+    {Coder<float, float, false>::All, Coder<float, float, true>::All},
+    {Coder<double, double, false>::All, Coder<double, double, true>::All},
+};
+
+bool encodeValue(const CommandArgument &argument, const QVariant &value, char *to)
 {
-    quint64 bits = 0;
-    if (!hasUsableSize(format) || !toBits(format.type, value, bits))
+    const ValueCoder *coder = coderFor(argument.type, argument.swapBytes);
+    if (coder == nullptr || !hasUsableSize(argument))
         return false;
-
-    std::memcpy(to, &bits, static_cast<std::size_t>(format.size));
-    if (format.swapBytes)
-        piLetobe(to, format.size);
-    return true;
-}
-
-QVariant decodeValue(const ValueFormat &format, const char *from)
-{
-    if (!hasUsableSize(format))
-        return QVariant();
+    if (coder->size == argument.size) {
+        coder->write(value, to);
+        return true;
+    }
 
     char bytes[MaxArgumentSize] = {};
-    std::memcpy(bytes, from, static_cast<std::size_t>(format.size));
-    if (format.swapBytes)
-        piLetobe(bytes, format.size);
-    const quint64 bits = qFromLittleEndian<quint64>(bytes);
-
-    switch (format.type) {
-    case ArgumentType::UInt8:
-        return QVariant(int(static_cast<quint8>(bits)));
-    case ArgumentType::Int8:
-        return QVariant(int(static_cast<qint8>(bits)));
-    case ArgumentType::UInt16:
-        return QVariant(int(static_cast<quint16>(bits)));
-    case ArgumentType::Int16:
-        return QVariant(int(static_cast<qint16>(bits)));
-    case ArgumentType::UInt32:
-        return QVariant(static_cast<uint>(bits));
-    case ArgumentType::Int32:
-        return QVariant(static_cast<int>(bits));
-    case ArgumentType::UInt64:
-        return QVariant(static_cast<qulonglong>(bits));
-    case ArgumentType::Int64:
-        return QVariant(static_cast<qlonglong>(bits));
-    case ArgumentType::Float32:
-        return QVariant(fromBits<float>(bits));
-    case ArgumentType::Float64:
-        return QVariant(fromBits<double>(bits));
-    }
-    return QVariant();
+    coderFor(argument.type, false)->write(value, bytes);
+    copyAcrossWidths(argument, bytes, to);
+    return true;
 }
 
-bool captureValue(const ValueFormat &format, const char *from, int slot, QVector<QVariant> &values)
+bool encodeConstant(const CommandArgument &argument, char *to)
 {
-    if (slot >= values.size()) {
-        if (slot > MaxReference)
-            return false;
-        values.resize(slot + 1);
-    }
-    values[slot] = decodeValue(format, from);
+    const ValueCoder *coder = coderFor(argument.type, argument.swapBytes);
+    if (coder == nullptr || coder->size != argument.size)
+        return encodeValue(argument, QVariant(argument.value), to);
+    coder->writeConstant(argument.value, to);
     return true;
+}
+
+void decodeValue(const CommandArgument &argument, const char *from, QVariant &value)
+{
+    const ValueCoder *coder = coderFor(argument.type, argument.swapBytes);
+    if (coder == nullptr || !hasUsableSize(argument)) {
+        value = QVariant();
+        return;
+    }
+    if (coder->size == argument.size) {
+        coder->read(from, value);
+        return;
+    }
+
+    char bytes[MaxArgumentSize] = {};
+    copyAcrossWidths(argument, from, bytes);
+    coderFor(argument.type, false)->read(bytes, value);
 }
 
 } // namespace Kv_Designer

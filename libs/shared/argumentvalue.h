@@ -15,16 +15,21 @@ constexpr int MaxArgumentSize = 8;
 /// References above this are not worth the memory that their values would take.
 constexpr int MaxReference = 65535;
 
-/// How an argument's bytes are to be read and written.
-struct ValueFormat {
-    ArgumentType type;
-    int size;
-    bool swapBytes;
+/// Moves values of one type and byte order between variants and the bytes of a message.
+struct ValueCoder {
+    int size; ///< Bytes that a value of the type takes.
+    void (*write)(const QVariant &value, char *to);
+    void (*writeConstant)(qint32 constant, char *to);
+    void (*read)(const char *from, QVariant &value);
 };
 
-inline ValueFormat formatOf(const CommandArgument &argument)
+/// By type code, then by swapped bytes.
+extern const ValueCoder ValueCoders[10][2];
+
+/// The coder for an ArgumentType code, or null for an unknown one.
+inline const ValueCoder *coderFor(qint32 type, bool swapBytes)
 {
-    return {static_cast<ArgumentType>(argument.type), argument.size, argument.swapBytes};
+    return type >= 0 && type < 10 ? &ValueCoders[type][swapBytes ? 1 : 0] : nullptr;
 }
 
 /// Number of the value that a negative CommandArgument::value refers to. Unlike `-value - 1` this has
@@ -34,16 +39,27 @@ constexpr int referenceOf(qint32 value)
     return ~value;
 }
 
-/// Writes \a value to the format.size bytes at \a to. False, with nothing written, for an unknown
+/// Writes \a value to the argument.size bytes at \a to. False, with nothing written, for an unknown
 /// type or a size outside 1..8. Allocates nothing beyond what QVariant's conversions do.
-bool encodeValue(const ValueFormat &format, const QVariant &value, char *to);
+bool encodeValue(const CommandArgument &argument, const QVariant &value, char *to);
 
-/// Reads a value from the format.size bytes at \a from; invalid for an unknown type or a size
-/// outside 1..8.
-QVariant decodeValue(const ValueFormat &format, const char *from);
+/// Does the same for the constant that \a argument itself holds.
+bool encodeConstant(const CommandArgument &argument, char *to);
 
-/// Puts the value decoded from \a from into \a values as number \a slot and lets \a values grow to it.
-/// False, with nothing done, where that growth would go beyond MaxReference.
-bool captureValue(const ValueFormat &format, const char *from, int slot, QVector<QVariant> &values);
+/// Reads \a value from the argument.size bytes at \a from. It becomes invalid for an unknown type or a
+/// size outside 1..8.
+void decodeValue(const CommandArgument &argument, const char *from, QVariant &value);
+
+/// The place of number \a slot in \a values, which grow to it. Null where that growth would go beyond
+/// MaxReference.
+inline QVariant *placeOf(int slot, QVector<QVariant> &values)
+{
+    if (slot >= values.size()) {
+        if (slot > MaxReference)
+            return nullptr;
+        values.resize(slot + 1);
+    }
+    return &values[slot];
+}
 
 } // namespace Kv_Designer

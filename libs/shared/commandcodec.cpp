@@ -10,7 +10,6 @@
 #include <limits>
 
 using Kv_Designer::CommandArgument;
-using Kv_Designer::formatOf;
 using Kv_Designer::MaxArgumentSize;
 using Kv_Designer::referenceOf;
 
@@ -20,8 +19,12 @@ namespace
 bool encodeEntry(const CommandArgument &entry, const QVector<QVariant> &values, char *to)
 {
     if (entry.value < 0)
-        return Kv_Designer::encodeValue(formatOf(entry), values.at(referenceOf(entry.value)), to);
-    return Kv_Designer::encodeValue(formatOf(entry), QVariant(entry.value), to);
+        return Kv_Designer::encodeValue(entry, values.at(referenceOf(entry.value)), to);
+    if (entry.type == 0 && entry.size == 1) { // most of a template is plain bytes
+        *to = static_cast<char>(entry.value);
+        return true;
+    }
+    return Kv_Designer::encodeConstant(entry, to);
 }
 
 /// Collects \a byte in \a scratch and, with an argument's last byte, stores the value. False when
@@ -36,7 +39,11 @@ bool captureByte(const CommandArgument &entry, char byte, char *scratch, QVector
         scratch[entry.byteIndex] = byte;
     if (entry.byteIndex < entry.size - 1)
         return true;
-    return Kv_Designer::captureValue(formatOf(entry), scratch, referenceOf(entry.value), values);
+
+    QVariant *place = Kv_Designer::placeOf(referenceOf(entry.value), values);
+    if (place != nullptr)
+        Kv_Designer::decodeValue(entry, scratch, *place);
+    return place != nullptr;
 }
 
 } // namespace
@@ -44,14 +51,16 @@ bool captureByte(const CommandArgument &entry, char byte, char *scratch, QVector
 QByteArray argumentToByteArray(const CommandArgument &arg, const QVariant &value)
 {
     char bytes[MaxArgumentSize];
-    return Kv_Designer::encodeValue(formatOf(arg), value, bytes) ? QByteArray(bytes, arg.size) : QByteArray();
+    return Kv_Designer::encodeValue(arg, value, bytes) ? QByteArray(bytes, arg.size) : QByteArray();
 }
 
 QVariant argumentFromByteArray(const CommandArgument &arg, const QByteArray &data)
 {
     char bytes[MaxArgumentSize] = {};
     std::memcpy(bytes, data.constData(), static_cast<std::size_t>(std::min<int>(data.size(), MaxArgumentSize)));
-    return Kv_Designer::decodeValue(formatOf(arg), bytes);
+    QVariant value;
+    Kv_Designer::decodeValue(arg, bytes, value);
+    return value;
 }
 
 QByteArray prepareCommand(const QVector<CommandArgument> &args, const QVector<QVariant> &values)
@@ -60,15 +69,18 @@ QByteArray prepareCommand(const QVector<CommandArgument> &args, const QVector<QV
         return QByteArray();
 
     QByteArray bytes(args.size(), Qt::Uninitialized);
+    char *start = bytes.data();
     for (int i = 0; i < args.size();) {
         const CommandArgument &entry = args.at(i);
         if (entry.value < 0 && referenceOf(entry.value) >= values.size()) {
             qDebug() << "Invalid arguments count!";
             return QByteArray();
         }
-        if (entry.size > args.size() - i && entry.size <= MaxArgumentSize)
+        if (entry.size > args.size() - i && entry.size <= MaxArgumentSize) {
             bytes.resize(i + entry.size); // the last argument may have fewer entries than bytes
-        if (!encodeEntry(entry, values, bytes.data() + i)) {
+            start = bytes.data();
+        }
+        if (!encodeEntry(entry, values, start + i)) {
             qDebug() << "Invalid value!";
             return QByteArray();
         }

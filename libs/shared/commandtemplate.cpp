@@ -10,6 +10,20 @@
 
 namespace Kv_Designer
 {
+namespace
+{
+
+/// Most runs of constants are a byte or two long: too short to be worth a call of memcmp.
+inline bool areEqual(const char *a, const char *b, int length)
+{
+    for (int i = 0; i < length; ++i) {
+        if (a[i] != b[i])
+            return false;
+    }
+    return true;
+}
+
+} // namespace
 
 CommandTemplate CommandTemplate::fromText(const QString &text)
 {
@@ -48,7 +62,7 @@ bool CommandTemplate::encode(const QVector<QVariant> &values, QByteArray &out) c
     char *bytes = out.data();
     std::memcpy(bytes, m_image.constData(), static_cast<std::size_t>(m_image.size()));
     for (const Field &field : m_fields)
-        encodeValue({field.type, field.size, field.swapBytes}, values.at(field.slot), bytes + field.offset);
+        field.coder->write(values.at(field.slot), bytes + field.offset);
     return true;
 }
 
@@ -61,11 +75,12 @@ bool CommandTemplate::match(const QByteArray &data, QVector<QVariant> &values) c
     for (const Step &step : m_steps) {
         if (step.kind == Step::Kind::Capture) {
             const Field &field = m_fields.at(step.at);
-            const ValueFormat format{field.type, field.size, field.swapBytes};
-            if (!captureValue(format, bytes + field.offset, field.slot, values))
+            QVariant *place = placeOf(field.slot, values);
+            if (place == nullptr)
                 return false;
-        } else if (step.kind == Step::Kind::Refuse || std::memcmp(bytes + step.at, m_expected.constData() + step.at,
-                                                                  static_cast<std::size_t>(step.length)) != 0) {
+            field.coder->read(bytes + field.offset, *place);
+        } else if (step.kind == Step::Kind::Refuse ||
+                   !areEqual(bytes + step.at, m_expected.constData() + step.at, step.length)) {
             return false;
         }
     }
@@ -85,16 +100,15 @@ void CommandTemplate::append(const CommandArgument &argument, int offset)
 void CommandTemplate::appendReference(const CommandArgument &argument, int offset)
 {
     const int slot = referenceOf(argument.value);
-    const ValueFormat format = formatOf(argument);
     m_steps.append({Step::Kind::Capture, m_fields.size(), 0});
-    m_fields.append({offset, format.size, format.type, format.swapBytes, slot});
+    m_fields.append({coderFor(argument.type, argument.swapBytes), offset, slot});
     if (!argument.name.isEmpty() && !m_names.contains(slot))
         m_names.insert(slot, argument.name);
 }
 
 void CommandTemplate::appendConstant(const CommandArgument &argument, int offset)
 {
-    encodeValue(formatOf(argument), QVariant(argument.value), m_image.data() + offset);
+    encodeConstant(argument, m_image.data() + offset);
     if (argument.value > 255) { // no byte can equal it
         m_steps.append({Step::Kind::Refuse, offset, argument.size});
         return;

@@ -14,6 +14,8 @@
 namespace Kv_Designer
 {
 
+struct ValueCoder;
+
 /// A command template as an image of its fixed bytes and a list of its fields. Encodes and matches
 /// exactly as prepareCommand() and parseCommand() do with the entries of the same text, only faster.
 /// A value class; const calls may come from several threads at once.
@@ -44,10 +46,8 @@ public:
 private:
     /// A value that the template refers to.
     struct Field {
+        const ValueCoder *coder;
         int offset;
-        int size;
-        ArgumentType type;
-        bool swapBytes;
         int slot;
     };
 
