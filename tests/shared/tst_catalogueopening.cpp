@@ -2,7 +2,7 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <QElapsedTimer>
+#include <QSqlQuery>
 
 namespace
 {
@@ -252,11 +252,12 @@ void tst_CatalogueOpening::lockedFileIsGivenUpSoon()
     TempCatalogue file;
     file.fillSmall();
     file.run(QStringLiteral("BEGIN EXCLUSIVE"));
-    QElapsedTimer timer;
-    timer.start();
     const KvCommands catalogue(file.path());
     // The driver's own patience would be 5 s for each statement.
-    QVERIFY(timer.elapsed() < 4500);
+    QSqlQuery patience(QStringLiteral("PRAGMA busy_timeout"));
+    QVERIFY(patience.next());
+    QVERIFY(patience.value(0).toInt() > 0);
+    QVERIFY(patience.value(0).toInt() <= 500);
     QVERIFY(catalogue.database.isOpen());
     QVERIFY(catalogue.devices.isEmpty());
     QCOMPARE(variables(catalogue), QStringList("t=10 m"));
