@@ -3,6 +3,7 @@
 #include <picout.h>
 #include <pigpio.h>
 #include <pisleep.h>
+#include <piurgent.h>
 
 #include <mutex>
 #include <utility>
@@ -112,11 +113,10 @@ void PIGSerial::tickWrite()
     PIByteArray block;
     if (isPortAway() || !takeOldest(block))
         return;
-    if (_write(block))
-        return;
-    if (isPortThere())
+    const Outcome outcome = send(block);
+    if (outcome == Outcome::GivenUp)
         PICout(piDebug) << "Port" << path() << "takes no bytes: a block of" << block.size() << "bytes is given up";
-    else
+    else if (outcome == Outcome::PortGone)
         keepUnsent(std::move(block));
 }
 
@@ -130,11 +130,19 @@ long long PIGSerial::wireTimeUs(int size) const
 
 bool PIGSerial::_write(const PIByteArray &block)
 {
+    return send(block) == Outcome::Sent;
+}
+
+PIGSerial::Outcome PIGSerial::send(const PIByteArray &block)
+{
     const long long timeUs = wireTimeUs(block.size());
+    const PIUrgent urgent; // outlives the pin: its release must not wait for other work either
     const HeldPin sending(m_pin, m_sendLevel, m_readLevel);
     const bool isTaken = PISerial::writeDevice(block.data(), block.size()) == block.size();
+    // Asked before the wait, during which a port that went away may come back.
+    const bool isGone = !isTaken && !isPortThere();
     piUSleep(timeUs);
-    return isTaken;
+    return isTaken ? Outcome::Sent : isGone ? Outcome::PortGone : Outcome::GivenUp;
 }
 
 PIString PIGSerial::constructFullPathDevice() const

@@ -59,6 +59,9 @@ public:
     bool _write(const PIByteArray &block);
 
 private:
+    enum class Outcome { Sent, GivenUp, PortGone };
+
+    Outcome send(const PIByteArray &block);
     long long wireTimeUs(int size) const;
     bool takeOldest(PIByteArray &block);
     void keepUnsent(PIByteArray block);

@@ -5,6 +5,7 @@
 #include "picout.h"
 #include "streamlink.h"
 
+#include <algorithm>
 #include <asio.hpp>
 #include <cerrno>
 #include <cstring>
@@ -65,9 +66,9 @@ Endpoints resolve(const std::string &path, std::string &error)
 }
 
 /// 0 when \a socket is connected, else the error.
-int awaitConnection(int socket, const std::atomic<bool> &isStopping)
+int awaitConnection(int socket, std::chrono::milliseconds timeout, const std::atomic<bool> &isStopping)
 {
-    const auto end = std::chrono::steady_clock::now() + ConnectTimeout;
+    const auto end = std::chrono::steady_clock::now() + timeout;
     pollfd ready{socket, POLLOUT, 0};
     while (::poll(&ready, 1, static_cast<int>(ConnectPollPeriod.count())) <= 0) {
         if (isStopping)
@@ -80,7 +81,8 @@ int awaitConnection(int socket, const std::atomic<bool> &isStopping)
     return ::getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) == 0 ? error : errno;
 }
 
-StreamLink::Opened connectTo(const asio::ip::tcp::endpoint &endpoint, const std::atomic<bool> &isStopping)
+StreamLink::Opened connectTo(const asio::ip::tcp::endpoint &endpoint, std::chrono::milliseconds timeout,
+                             const std::atomic<bool> &isStopping)
 {
     const int socket = ::socket(endpoint.protocol().family(), SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (socket < 0)
@@ -91,7 +93,7 @@ StreamLink::Opened connectTo(const asio::ip::tcp::endpoint &endpoint, const std:
     ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &isOn, sizeof isOn);
     int error = 0;
     if (::connect(socket, endpoint.data(), static_cast<socklen_t>(endpoint.size())) != 0)
-        error = errno == EINPROGRESS ? awaitConnection(socket, isStopping) : errno;
+        error = errno == EINPROGRESS ? awaitConnection(socket, timeout, isStopping) : errno;
     if (error == 0)
         return {socket, std::string()};
     ::close(socket);
@@ -138,9 +140,11 @@ private:
 
 StreamLink::Opened PITcp::Peer::openLink(const std::atomic<bool> &isStopping)
 {
+    // A host with several addresses takes no longer than one: each gets its share.
+    const std::chrono::milliseconds timeout = ConnectTimeout / std::max<size_t>(m_endpoints.size(), 1);
     StreamLink::Opened opened;
     for (const auto &endpoint : m_endpoints) {
-        opened = connectTo(endpoint, isStopping);
+        opened = connectTo(endpoint, timeout, isStopping);
         if (opened.descriptor >= 0 || isStopping)
             break;
     }

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <memory>
 #include <thread>
+#include <vector>
 
 namespace
 {
@@ -30,6 +31,7 @@ private Q_SLOTS:
     void carriesBytesBothWays();
     void opensByHostName();
     void refusedConnectionIsTold();
+    void silentServerIsGivenUp();
     void malformedPathDoesNotOpen();
     void lostConnectionIsToldOnceAndMadeAgain();
     void closedTakesNothing();
@@ -87,6 +89,26 @@ void tst_Tcp::refusedConnectionIsTold()
     QCOMPARE(console.lines().size(), 1);
     QVERIFY(console.lines().constFirst().contains(peer.address()));
     QVERIFY(!tcp.isOpened());
+}
+
+void tst_Tcp::silentServerIsGivenUp()
+{
+    // Nobody accepts, and the system answers only as many clients as it keeps for the server.
+    const TcpPeer peer;
+    const StderrCapture console;
+    std::vector<std::unique_ptr<PITcp>> clients;
+    bool isOpen = true;
+    QElapsedTimer timer;
+    for (int i = 0; i < 100 && isOpen; ++i) {
+        clients.push_back(std::make_unique<PITcp>());
+        clients.back()->setPath(Q2PIString(peer.address()));
+        timer.start();
+        isOpen = clients.back()->open();
+    }
+    QVERIFY(!isOpen);
+    // It gets 800 ms; the rest is for a busy machine.
+    QVERIFY2(timer.elapsed() < 2500, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(console.lines().constFirst().contains(peer.address()));
 }
 
 void tst_Tcp::malformedPathDoesNotOpen()

@@ -97,6 +97,7 @@ private Q_SLOTS:
     void failedOpenLeavesNothingRunning();
     void blocksWaitForAVanishedPort();
     void blockThatMeetsAVanishedPortIsKept();
+    void portMayReturnDuringTheWait();
     void destroyedWhileOpen();
     void destroyedWhileSending();
     void manyWriters();
@@ -636,6 +637,28 @@ void tst_GSerial::blockThatMeetsAVanishedPortIsKept()
 
     pty.comeBack();
     QVERIFY(pty.read(int(large.size()) + 4, 60000) == large + "next");
+}
+
+void tst_GSerial::portMayReturnDuringTheWait()
+{
+    PtyPair pty;
+    FakePins pins;
+    const StderrCapture console;
+    const auto serial = deviceOn(pty, 1000000);
+    QVERIFY(serial->open());
+    pins.clear();
+    const QByteArray large(LargeSize, 'x'); // three seconds on the wire
+    write(*serial, large);
+    QTRY_COMPARE(levels(pins), QStringLiteral("H"));
+
+    pty.vanish();
+    QTRY_VERIFY(!serial->isOpened());
+    pty.comeBack();
+    QTRY_VERIFY(serial->isOpened());
+    QCOMPARE(levels(pins), QStringLiteral("H"));
+
+    QVERIFY(pty.read(LargeSize, 60000) == large);
+    QCOMPARE(console.lines().size(), 1);
 }
 
 void tst_GSerial::destroyedWhileOpen()
