@@ -257,7 +257,7 @@ void tst_Sim::nobodyListening()
     QTest::qWait(500);
     ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &after);
     const double usedMs = double(after.tv_sec - before.tv_sec) * 1e3 + double(after.tv_nsec - before.tv_nsec) / 1e6;
-    QVERIFY2(usedMs < 200, qPrintable(QString::number(usedMs)));
+    QVERIFY2(usedMs < 50, qPrintable(QString::number(usedMs)));
 }
 
 void tst_Sim::endlessMessageIsGivenOut()
