@@ -26,6 +26,7 @@ private:
     void readToken();
     void checkElement();
     void checkClass();
+    void checkCell();
     void readConnections();
     void readConnection();
     void fail(const QString &what);
@@ -79,9 +80,12 @@ void FormReader::checkElement()
     if (m_depth > PanelForm::MaxDepth)
         return fail(QStringLiteral("more than %1 elements inside each other").arg(PanelForm::MaxDepth));
     if (m_depth == 1 && m_xml.name() != QLatin1String("ui"))
-        return fail(QStringLiteral("not a form: it begins with <%1>").arg(m_xml.name().toString().left(40)));
+        return fail(
+            QStringLiteral("not a form: it begins with <%1>").arg(m_xml.name().toString().simplified().left(40)));
     if (m_xml.name() == QLatin1String("widget"))
         checkClass();
+    else if (m_xml.name() == QLatin1String("item"))
+        checkCell();
 }
 
 void FormReader::checkClass()
@@ -90,7 +94,21 @@ void FormReader::checkClass()
         return fail(QStringLiteral("more than %1 widgets").arg(PanelForm::MaxWidgets));
     const QString name = m_xml.attributes().value(QLatin1String("class")).toString();
     if (!m_knownClasses.contains(name))
-        fail(QStringLiteral("unknown widget class \"%1\"").arg(name.left(60)));
+        fail(QStringLiteral("unknown widget class \"%1\"").arg(name.simplified().left(60)));
+}
+
+void FormReader::checkCell()
+{
+    for (const char *name : {"row", "column", "rowspan", "colspan"}) {
+        const QStringRef text = m_xml.attributes().value(QLatin1String(name));
+        bool isNumber = true;
+        const int number = text.isEmpty() ? 0 : text.toInt(&isNumber);
+        // A span of -1 reaches to the edge.
+        if (!isNumber || number < -1 || number > PanelForm::MaxCell)
+            return fail(QStringLiteral("%1 \"%2\" is not up to %3")
+                            .arg(QLatin1String(name), text.toString().simplified().left(40))
+                            .arg(PanelForm::MaxCell));
+    }
 }
 
 void FormReader::readConnections()

@@ -25,6 +25,7 @@ struct PanelForm {
 
     static constexpr int MaxDepth = 200;             ///< Elements inside each other; the loader recurses.
     static constexpr int MaxWidgets = 10000;         ///< Far more than a screen shows.
+    static constexpr int MaxCell = 1000;             ///< Rows and columns of a grid; it keeps all of them.
     static constexpr int MaxSize = 16 * 1024 * 1024; ///< Bytes of the file.
 
     /// Looks \a text over; every class that it builds has to be in \a knownClasses. \a fileName appears

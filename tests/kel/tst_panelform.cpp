@@ -43,6 +43,12 @@ void tst_PanelForm::badFormIsRefused_data()
     row("unknown class inside", "<ui><widget class='QWidget'>\n\n<widget class='X'/></widget></ui>",
         "x.ui:3: unknown widget class \"X\"");
     row("widget without class", "<ui><widget/></ui>", "x.ui:1: unknown widget class \"\"");
+    row("huge grid",
+        "<ui><widget class='QWidget'><layout class='QGridLayout'><item row='2000000000'/></layout></widget></ui>",
+        "x.ui:1: row \"2000000000\" is not up to 1000");
+    row("cell that is no number",
+        "<ui><widget class='QWidget'><layout><item row='1' colspan='x'/></layout></widget></ui>",
+        "x.ui:1: colspan \"x\" is not up to 1000");
     row("document type", "<!DOCTYPE ui [<!ENTITY a 'b'>]><ui/>", "x.ui:1: a form has no document type");
 }
 
