@@ -2,6 +2,7 @@
 
 #include "kelbutton.h"
 #include "kellight.h"
+#include "kelslider.h"
 #include "kelswitch.h"
 #include "localdevice.h"
 #include "qtimerwidget.h"
@@ -32,6 +33,9 @@ const QVector<KelWidgetInfo> &kelWidgetList()
          QStringLiteral("Dimmable light"),
          QStringLiteral("Lamp that glows with its level. A click switches it, a drag around its ring dims it."),
          QSize(120, 120), false, create<KelLight>},
+        {QStringLiteral("KelSlider"), group(), QStringLiteral(":/icons/kelslider.png"), QStringLiteral("Slider"),
+         QStringLiteral("Sets a number by a bar that is pressed or dragged, and by large buttons."), QSize(480, 72),
+         false, create<KelSlider>},
         {QStringLiteral("KelSwitch"), group(), QStringLiteral(":/icons/kelswitch.png"), QStringLiteral("Switch"),
          QStringLiteral("Switch with two positions. A click toggles it, and its handle can be dragged."), QSize(96, 36),
          false, create<KelSwitch>},
