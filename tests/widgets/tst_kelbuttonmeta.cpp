@@ -92,6 +92,7 @@ void tst_KelButtonMeta::stateEnum()
     QCOMPARE(states.keyToValue("Yes"), 1);
     QCOMPARE(states.keyToValue("No"), 2);
     QVERIFY(meta.property(meta.indexOfProperty("state")).isEnumType());
+    QVERIFY(meta.property(meta.indexOfProperty("animationCurve")).isEnumType());
 }
 
 static QStringList ownMethods(QMetaMethod::MethodType type, QMetaMethod::Access access)
