@@ -223,13 +223,15 @@ void LocalDevice::announceAnswer(int answerID)
         Q_EMIT receivedAnswerArg(it.key(), it.value());
 
     using Signal = void (LocalDevice::*)(int);
-    const Signal numbered[] = {&LocalDevice::receivedAnswerArg0, &LocalDevice::receivedAnswerArg1,
-                               &LocalDevice::receivedAnswerArg2, &LocalDevice::receivedAnswerArg3};
-    for (int i = 0; i < 4; ++i) {
-        const auto value = values.constFind(i);
+    const auto announce = [this, &values](int number, Signal signal) {
+        const auto value = values.constFind(number);
         if (value != values.cend())
-            Q_EMIT(this->*numbered[i])(*value);
-    }
+            Q_EMIT(this->*signal)(*value);
+    };
+    announce(0, &LocalDevice::receivedAnswerArg0);
+    announce(1, &LocalDevice::receivedAnswerArg1);
+    announce(2, &LocalDevice::receivedAnswerArg2);
+    announce(3, &LocalDevice::receivedAnswerArg3);
 }
 
 void LocalDevice::buildDebug()
