@@ -5,6 +5,7 @@
 #include <cmath>
 #include <deque>
 #include <limits>
+#include <mutex>
 
 namespace
 {
@@ -100,6 +101,9 @@ Complex toComplex(const mup::IValue &value)
 
 std::unique_ptr<mup::ParserX> makeExpressionParser()
 {
+    // The library makes its packages of functions on first use and does not guard that.
+    static std::mutex firstUse;
+    const std::lock_guard lock(firstUse);
     auto parser = std::make_unique<mup::ParserX>(mup::pckCOMMON | mup::pckCOMPLEX);
     for (const char *assignment : {"=", "+=", "-=", "*=", "/="})
         parser->RemoveOprt(assignment);

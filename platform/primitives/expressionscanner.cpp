@@ -55,7 +55,23 @@ bool ExpressionScanner::scan()
         else if (!scanToken())
             return false;
     }
-    return m_brackets.empty() || fail("Missing parenthesis.");
+    return end();
+}
+
+bool ExpressionScanner::end()
+{
+    if (m_text.find_first_not_of(' ') == std::string::npos)
+        return fail("Expression is empty.");
+    if (m_operandNext)
+        return failHere("Unexpected end of expression");
+    if (m_levels.size() > 1)
+        return fail("Missing parenthesis.");
+    return endLevel();
+}
+
+bool ExpressionScanner::endLevel()
+{
+    return m_levels.back().conditions == 0 || failHere("Condition without an else value");
 }
 
 bool ExpressionScanner::scanToken()
@@ -64,13 +80,13 @@ bool ExpressionScanner::scanToken()
     const bool afterName = std::exchange(m_afterName, false);
     if (!m_operandNext || (c != '+' && c != '-'))
         m_minus = NoMinus;
-    if (isDigit(c) || c == '.')
-        return scanNumber();
-    if (isNameStart(c))
-        return scanName();
-    if (c == '(') {
-        m_brackets.push_back(afterName);
-        return openBracket();
+    if (c == '(')
+        return openBracket(afterName);
+    if (isDigit(c) || c == '.' || isNameStart(c)) {
+        if (!m_operandNext)
+            return failHere("Unexpected value");
+        m_operandNext = false;
+        return isNameStart(c) ? scanName() : scanNumber();
     }
     if (c == ')')
         return closeBracket();
@@ -81,7 +97,6 @@ bool ExpressionScanner::scanToken()
 
 bool ExpressionScanner::scanNumber()
 {
-    m_operandNext = false;
     if (at(m_position) == '0' && (at(m_position + 1) | 0x20) == 'x')
         return scanPrefixedNumber(2);
     if (at(m_position) == '0' && (at(m_position + 1) | 0x20) == 'b')
@@ -131,15 +146,19 @@ bool ExpressionScanner::scanName()
     std::string name = m_text.substr(start, m_position - start);
     if (std::find(m_names.begin(), m_names.end(), name) == m_names.end())
         m_names.push_back(std::move(name));
-    m_operandNext = false;
     m_afterName = true;
     return true;
 }
 
-bool ExpressionScanner::openBracket()
+bool ExpressionScanner::openBracket(bool isCall)
 {
-    if (m_brackets.size() > MaximalDepth)
+    if (!m_operandNext && !isCall)
+        return failHere("Unexpected parenthesis");
+    if (m_levels.size() > MaximalDepth)
         return fail("Brackets are nested deeper than " + std::to_string(MaximalDepth) + " levels.");
+    Level level;
+    level.isCall = isCall;
+    m_levels.push_back(level);
     ++m_position;
     m_operandNext = true;
     return true;
@@ -147,19 +166,22 @@ bool ExpressionScanner::openBracket()
 
 bool ExpressionScanner::closeBracket()
 {
-    if (m_brackets.empty())
+    if (m_operandNext || m_levels.size() == 1)
         return failHere("Unexpected parenthesis");
-    m_brackets.pop_back();
+    if (!endLevel())
+        return false;
+    m_levels.pop_back();
     ++m_position;
-    m_operandNext = false;
     return true;
 }
 
-// Elsewhere a comma would make several results.
+// Elsewhere than between the arguments of a function a comma would make several results.
 bool ExpressionScanner::scanComma()
 {
-    if (m_brackets.empty() || !m_brackets.back())
+    if (m_operandNext || !m_levels.back().isCall)
         return failHere("Unexpected comma");
+    if (!endLevel())
+        return false;
     ++m_position;
     m_operandNext = true;
     return true;
@@ -172,10 +194,24 @@ bool ExpressionScanner::scanOperator()
     const auto op = std::find_if(Operators.begin(), Operators.end(), fits);
     if (op == Operators.end())
         return failHere(rest.front() == '=' ? "Assignment is not possible" : "Unexpected character");
-    if (m_operandNext && (*op == "+" || *op == "-"))
+    const bool isSign = m_operandNext && (*op == "+" || *op == "-");
+    if (m_operandNext && !isSign)
+        return failHere("Unexpected operator");
+    if ((*op == "?" || *op == ":") && !scanCondition(*op == ":"))
+        return false;
+    if (isSign)
         scanSign();
     m_position += op->size();
     m_operandNext = true;
+    return true;
+}
+
+bool ExpressionScanner::scanCondition(bool isElse)
+{
+    size_t &conditions = m_levels.back().conditions;
+    if (isElse && conditions == 0)
+        return failHere("Misplaced colon");
+    isElse ? --conditions : ++conditions;
     return true;
 }
 

@@ -7,8 +7,9 @@
 #include <vector>
 
 /// Takes an expression apart into words, numbers, operators and brackets before the parser sees it,
-/// and lets only those pass that arithmetic needs. What the parser would also take (assignments,
-/// strings, lists, indices) or could stumble over (length, depth, stray characters) ends here.
+/// and lets only those pass that arithmetic needs, in an order that makes sense. What the parser would
+/// also take (assignments, strings, lists, indices) or could stumble over (length, depth, missing
+/// operands, stray characters) ends here.
 class ExpressionScanner
 {
 public:
@@ -29,15 +30,24 @@ public:
     const std::vector<std::string> &names() const { return m_names; } ///< Each word once, in order of appearance.
 
 private:
+    // One level of brackets; the first stands for the whole text.
+    struct Level {
+        bool isCall = false;   // holds the arguments of a function
+        size_t conditions = 0; // that still miss their second value
+    };
+
     bool scanToken();
     bool scanNumber();
     bool scanPrefixedNumber(size_t digitsPerByte);
     bool scanName();
-    bool openBracket();
+    bool openBracket(bool isCall);
     bool closeBracket();
     bool scanComma();
     bool scanOperator();
+    bool scanCondition(bool isElse);
     void scanSign();
+    bool endLevel();
+    bool end();
 
     char at(size_t position) const { return position < m_text.size() ? m_text[position] : '\0'; }
     void skipDigits();
@@ -49,9 +59,9 @@ private:
     std::string m_text;
     std::string m_error;
     std::vector<std::string> m_names;
-    std::vector<bool> m_brackets; // of those open now: whether it holds the arguments of a function
+    std::vector<Level> m_levels{Level()};
     size_t m_position = 0;
     size_t m_minus = NoMinus;  // where the sign is that the value to come has so far
-    bool m_operandNext = true; // where a sign may stand
+    bool m_operandNext = true; // a value or a sign has to follow, else an operator
     bool m_afterName = false;
 };

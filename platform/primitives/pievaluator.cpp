@@ -20,12 +20,6 @@ bool byName(const PIString &left, const PIString &right)
     return left < right;
 }
 
-// The parser has these for && and ||, so it would not take them for variables.
-bool isWordOperator(const std::string &name)
-{
-    return name == "and" || name == "or";
-}
-
 } // namespace
 
 int PIEvaluatorContent::findVariable(const PIString &name) const
@@ -108,7 +102,7 @@ bool PIEvaluator::Expressions::resolveNames(const std::vector<std::string> &name
     for (const std::string &name : names) {
         if (isOwnWord(name))
             continue;
-        const int index = isWordOperator(name) ? -1 : content.findVariable(name);
+        const int index = content.findVariable(name);
         if (index < 0) {
             error = "Unknown name \"" + name + "\".";
             return false;

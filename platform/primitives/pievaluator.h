@@ -11,7 +11,7 @@
 
 /// The variables of an evaluator, numbered from 0. Any text is a name; an expression can use those
 /// that are an identifier (a letter or "_", then letters, digits and "_", all of ASCII), that name no
-/// function or constant and do not begin with "true" or "false".
+/// function or constant, are not "and" or "or" and do not begin with "true" or "false".
 class KEL_PRIMITIVES_EXPORT PIEvaluatorContent
 {
 public:

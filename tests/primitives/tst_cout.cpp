@@ -67,7 +67,7 @@ void tst_Cout::linesOfSeveralThreadsStayWhole()
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
-            for (int n = 0; n < 200; ++n)
+            for (int n = 0; n < 5000; ++n)
                 PICout(piDebug) << "sended" << block << "end";
         });
     }
@@ -75,7 +75,7 @@ void tst_Cout::linesOfSeveralThreadsStayWhole()
         thread.join();
 
     QStringList lines = capture.lines();
-    QCOMPARE(lines.size(), 800);
+    QCOMPARE(lines.size(), 20000);
     lines.removeDuplicates();
     QCOMPARE(lines.size(), 1);
     QVERIFY(lines.first().startsWith("sended 55 55"));

@@ -3,12 +3,15 @@
 
 #include <pitimer.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <ctime>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <pthread.h>
 #include <thread>
 #include <vector>
 
@@ -144,18 +147,31 @@ void tst_Timer::ticksKeepTheirDistance()
         QVERIFY(ticks[i] - ticks[i - 1] >= milliseconds(49) - std::chrono::microseconds(200));
 }
 
-// A tick that is 40 ms late must not be followed by one 10 ms later.
+// A signal holds the timer's thread up from about 30 to 90 ms after the first tick, so the second comes
+// 40 ms late. The third must not follow it 10 ms later.
 void tst_Timer::lateTicksKeepTheirDistance()
 {
+    struct sigaction old;
+    struct sigaction holdUp = {};
+    holdUp.sa_handler = [](int) {
+        const timespec pause = {0, 60 * 1000 * 1000};
+        nanosleep(&pause, nullptr);
+    };
+    QCOMPARE(sigaction(SIGUSR1, &holdUp, &old), 0);
+
     PITimer timer;
     TickTarget target(&timer);
-    target.inside = [](int number) {
-        if (number % 2)
-            std::this_thread::sleep_for(milliseconds(90));
-    };
+    std::atomic<pthread_t> thread{pthread_t()};
+    target.inside = [&](int) { thread = pthread_self(); };
     timer.start(50);
-    QTRY_VERIFY(target.count() >= 6);
+    while (target.count() == 0 || thread == pthread_t())
+        std::this_thread::yield();
+    std::this_thread::sleep_until(target.ticks()[0] + milliseconds(30));
+    pthread_kill(thread, SIGUSR1);
+    QTRY_VERIFY(target.count() >= 8);
     timer.stop();
+    sigaction(SIGUSR1, &old, nullptr);
+
     const auto ticks = target.ticks();
     for (size_t i = 1; i < ticks.size(); ++i)
         QVERIFY(ticks[i] - ticks[i - 1] >= milliseconds(49) - std::chrono::microseconds(200));
@@ -191,14 +207,16 @@ void tst_Timer::keepsTheGrid()
     QTRY_VERIFY(target.count() >= 40);
     timer.stop();
 
-    // However busy the machine, some tick of the second half comes near its place on the grid.
+    // However busy the machine, some ticks of the second half come near their places on the grid.
     const auto ticks = target.ticks();
-    auto nearest = milliseconds(20);
+    Clock::duration nearest = milliseconds(20);
+    Clock::duration leastGap = milliseconds(100);
     for (size_t i = 20; i < ticks.size(); ++i) {
-        const auto offset = std::chrono::duration_cast<milliseconds>(ticks[i] - begin) % milliseconds(20);
-        nearest = std::min(nearest, offset);
+        nearest = std::min(nearest, (ticks[i] - begin) % milliseconds(20));
+        leastGap = std::min(leastGap, ticks[i] - ticks[i - 1]);
     }
     QVERIFY(nearest <= milliseconds(2));
+    QVERIFY(leastGap <= milliseconds(25));
 }
 
 void tst_Timer::stopsAtOnceWhileIdle()
@@ -249,16 +267,17 @@ void tst_Timer::startInsideATick()
 {
     PITimer timer;
     TickTarget target(&timer);
-    target.inside = [&](int number) {
-        if (number == 1)
-            timer.start(40);
-    };
+    target.inside = [&](int) { timer.start(40); };
     timer.start(5);
-    QTRY_VERIFY(target.count() >= 3);
+    QTRY_VERIFY(target.count() >= 8);
     timer.stop();
-    const auto ticks = target.ticks();
     QCOMPARE(timer.periodMs(), 40);
-    QVERIFY(ticks[1] - ticks[0] >= milliseconds(40));
+    const auto ticks = target.ticks();
+    Clock::duration leastGap = milliseconds(100);
+    for (size_t i = 1; i < ticks.size(); ++i)
+        leastGap = std::min(leastGap, ticks[i] - ticks[i - 1]);
+    QVERIFY(leastGap >= milliseconds(40));
+    QVERIFY(leastGap < milliseconds(75)); // not two periods
 }
 
 void tst_Timer::startAgainBeginsAnew()
@@ -411,9 +430,9 @@ void tst_Timer::idleTimerUsesNoProcessorTime()
     stopped.stop();
 
     const std::clock_t before = std::clock();
-    std::this_thread::sleep_for(milliseconds(300));
+    std::this_thread::sleep_for(milliseconds(400));
     const double usedMs = 1000.0 * double(std::clock() - before) / CLOCKS_PER_SEC;
-    QVERIFY2(usedMs < 100.0, qPrintable(QString::number(usedMs)));
+    QVERIFY2(usedMs < 12.0, qPrintable(QString::number(usedMs)));
 }
 
 KEL_TEST_MAIN(tst_Timer)
