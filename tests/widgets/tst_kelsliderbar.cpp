@@ -31,6 +31,7 @@ private Q_SLOTS:
     void everyButtonCounts_data();
     void everyButtonCounts();
     void dragFollows();
+    void touchIsAMouse();
     void moveWithoutButton();
     void readOnlyConsumes();
     void disabledLetsThrough();
@@ -408,6 +409,22 @@ void tst_KelSliderBar::dragFollows()
     QTest::mouseRelease(bench.bar, Qt::LeftButton, Qt::NoModifier, QPoint(199, 10));
     QCOMPARE(bench.slider.value(), 150.0);
     QCOMPARE(spy.count(), 2);
+}
+
+void tst_KelSliderBar::touchIsAMouse()
+{
+    Bench bench;
+    bench.slider.setMaximum(200);
+    bench.slider.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bench.slider));
+    const QScopedPointer<QTouchDevice> screen(QTest::createTouchDevice());
+
+    QTest::touchEvent(&bench.slider, screen.data()).press(0, QPoint(60, 10), bench.bar);
+    QTRY_COMPARE(bench.slider.value(), 60.0);
+    QTest::touchEvent(&bench.slider, screen.data()).move(0, QPoint(110, 10), bench.bar);
+    QTRY_COMPARE(bench.slider.value(), 110.0);
+    QTest::touchEvent(&bench.slider, screen.data()).release(0, QPoint(110, 10), bench.bar);
+    QCOMPARE(bench.slider.value(), 110.0);
 }
 
 void tst_KelSliderBar::moveWithoutButton()
