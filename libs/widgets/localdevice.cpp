@@ -139,6 +139,8 @@ void LocalDevice::sendCommand(QString cmd)
     send(std::move(cmd));
 }
 
+// Values, as subclasses override the one and a slot may change what the other was called with.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 void LocalDevice::send(QString text)
 {
     if (!isEnabled())
@@ -153,6 +155,7 @@ void LocalDevice::sendPrepared(PIByteArray data)
     Q_EMIT sending(data);
     sendLocal(data);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 void LocalDevice::sendLocal(const PIByteArray &data)
 {
@@ -173,7 +176,7 @@ CommandText LocalDevice::commandText(const QString &text)
 {
     if (const CommandText *known = m_commandTexts.object(text))
         return *known;
-    const CommandText command = CommandText::fromText(text);
+    CommandText command = CommandText::fromText(text);
     m_commandTexts.insert(text, new CommandText(command), text.size() + 1);
     return command;
 }
@@ -183,6 +186,7 @@ void LocalDevice::dataReceived(QByteArray data, QString from)
     received(std::move(data), std::move(from));
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): values for those who override it
 void LocalDevice::received(QByteArray data, QString)
 {
     receivedLocal(data);
