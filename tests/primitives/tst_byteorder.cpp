@@ -21,6 +21,7 @@ void tst_ByteOrder::reverses_data()
     QTest::newRow("size 1 does nothing") << 1 << QByteArray("abcdefgh");
     QTest::newRow("two bytes swap") << 2 << QByteArray("bacdefgh");
     QTest::newRow("odd size keeps its middle") << 3 << QByteArray("cbadefgh");
+    QTest::newRow("four bytes") << 4 << QByteArray("dcbaefgh");
     QTest::newRow("eight bytes") << 8 << QByteArray("hgfedcba");
 }
 
