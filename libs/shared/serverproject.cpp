@@ -191,7 +191,8 @@ QString ServerProject::mainScriptText(QDir dir) const
 {
     if (mainScript.isEmpty())
         return {};
-    QFile file(dir.absoluteFilePath(mainScript));
+    dir.makeAbsolute();
+    QFile file(dir.filePath(mainScript));
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readAll().constData());

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace
 {
@@ -166,7 +167,7 @@ void KelSlider::setValue(int val)
 
 void KelSlider::setTitle(QString text)
 {
-    m_title = text;
+    m_title = std::move(text);
     updateCaption();
 }
 
@@ -239,66 +240,6 @@ void KelSlider::setShowDecInc(bool yes)
     m_showDecInc = yes;
     m_ui->qt_pbDec->setVisible(yes);
     m_ui->qt_pbInc->setVisible(yes);
-}
-
-void KelSlider::setValueID(int set_id, double val)
-{
-    if (set_id == m_setID)
-        setValue(val);
-}
-
-void KelSlider::setValueID(int set_id, int val)
-{
-    if (set_id == m_setID)
-        setValue(val);
-}
-
-void KelSlider::setMinimumID(int set_id, double min)
-{
-    if (set_id == m_setID)
-        setMinimum(min);
-}
-
-void KelSlider::setMinimumID(int set_id, int min)
-{
-    if (set_id == m_setID)
-        setMinimum(min);
-}
-
-void KelSlider::setMaximumID(int set_id, double max)
-{
-    if (set_id == m_setID)
-        setMaximum(max);
-}
-
-void KelSlider::setMaximumID(int set_id, int max)
-{
-    if (set_id == m_setID)
-        setMaximum(max);
-}
-
-void KelSlider::setReadOnlyID(int set_id, bool yes)
-{
-    if (set_id == m_setID)
-        setReadOnly(yes);
-}
-
-void KelSlider::setShowMinMaxID(int set_id, bool yes)
-{
-    if (set_id == m_setID)
-        setShowMinMax(yes);
-}
-
-void KelSlider::enableID(int set_id)
-{
-    if (set_id == m_setID)
-        enable();
-}
-
-void KelSlider::disableID(int set_id)
-{
-    if (set_id == m_setID)
-        disable();
 }
 
 void KelSlider::clickZero()

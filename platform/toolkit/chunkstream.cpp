@@ -105,7 +105,7 @@ QByteArray takeBytes(const char *&at)
     const quint32 size = takeNumber(at);
     if (size == NullBlock)
         return {};
-    const QByteArray bytes(at, static_cast<int>(size));
+    QByteArray bytes(at, static_cast<int>(size));
     at += size;
     return bytes;
 }

@@ -18,7 +18,7 @@ constexpr qint64 ListNodeCost = 40; ///< A variant in a list.
 constexpr qint64 MapNodeCost = 96;  ///< A text and a variant in a map or hash.
 
 constexpr qint64 AllowanceFactor = 2;
-constexpr qint64 AllowanceBase = 384 * 1024;
+constexpr qint64 AllowanceBase = 384LL * 1024;
 
 // A text takes at least its length; a variant its type, a null mark and one more byte (a map's key comes
 // on top).
