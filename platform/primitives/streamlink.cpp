@@ -116,6 +116,8 @@ private:
 
     Owner &m_owner;
     asio::io_context m_io{1};
+    /// A writer may find the loss first: the reading thread must still be there when it is told.
+    asio::executor_work_guard<asio::io_context::executor_type> m_work{m_io.get_executor()};
     asio::steady_timer m_retry;
     std::optional<asio::posix::stream_descriptor> m_stream; ///< Used by the reading thread only.
     std::array<char, 4096> m_buffer{};
@@ -201,8 +203,8 @@ void StreamLink::Session::reopen()
         scheduleReopen();
         return;
     }
+    m_owner.linkReturned(); // before it can be lost again
     adopt(opened.descriptor);
-    m_owner.linkReturned();
     readNext();
 }
 

@@ -17,17 +17,17 @@ public:
     {
         device.setReceiver([this](const PIByteArray &bytes) {
             const std::lock_guard<std::mutex> lock(m_mutex);
-            m_bytes += PI2QByteArray(bytes);
+            m_bytes.append(bytes);
         });
     }
 
     QByteArray bytes() const
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_bytes;
+        return PI2QByteArray(m_bytes);
     }
 
 private:
     mutable std::mutex m_mutex;
-    QByteArray m_bytes;
+    PIByteArray m_bytes; ///< Not Qt's: its shared data would cross threads unseen by the sanitizer.
 };
