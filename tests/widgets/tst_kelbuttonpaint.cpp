@@ -464,7 +464,7 @@ void tst_KelButtonPaint::connectionMark()
     KelButton button;
     button.setStyle(&style);
     button.resize(160, 50);
-    for (const int points : {7, 12, 30}) {
+    for (int points = 6; points <= 30; ++points) {
         QFont font = button.font();
         font.setPointSize(points);
         button.setFont(font);
