@@ -84,6 +84,7 @@ private Q_SLOTS:
     void vanishedPortIsToldOnceAndReturns();
     void missingPortCostsNoProcessorTime();
     void writeFailsWhenThePortVanishes();
+    void returnsWhoeverFindsTheLossFirst();
     void closeIsQuickWhenNobodyReads();
     void closeWhileAwayIsQuick();
     void closeInsideReceiver();
@@ -513,6 +514,34 @@ void tst_Serial::writeFailsWhenThePortVanishes()
     writer.join();
     QCOMPARE(result.load(), -1);
     QTRY_COMPARE(console.lines().size(), 1);
+}
+
+void tst_Serial::returnsWhoeverFindsTheLossFirst()
+{
+    PtyPair pty;
+    PISerial serial;
+    const StderrCapture console;
+    serial.setPath(Q2PIString(pty.path()));
+    QVERIFY(serial.open());
+    std::atomic<bool> isEnough{false};
+    std::thread writer([&] {
+        while (!isEnough) {
+            if (serial.write("x", 1) < 0)
+                std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    bool isBack = true;
+    for (int round = 0; round < 12 && isBack; ++round) {
+        pty.vanish();
+        isBack = QTest::qWaitFor([&] { return !serial.isOpened(); });
+        pty.comeBack();
+        isBack = isBack && QTest::qWaitFor([&] { return serial.isOpened(); });
+    }
+    isEnough = true;
+    serial.close();
+    writer.join();
+    QVERIFY(isBack);
+    QCOMPARE(console.lines().size(), 12);
 }
 
 void tst_Serial::closeIsQuickWhenNobodyReads()
