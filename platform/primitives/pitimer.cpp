@@ -6,6 +6,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 using Clock = std::chrono::steady_clock;
@@ -19,19 +20,18 @@ public:
     {
     }
 
-    void start(std::chrono::milliseconds period)
+    bool start(std::chrono::milliseconds period)
     {
         const std::lock_guard lock(m_mutex);
-        if (m_finished)
-            return;
+        if (m_finished || !ensureThread())
+            return false;
         m_period = period;
         m_running = true;
         m_begin = Clock::now();
         m_index = 1;
         m_due = m_begin + m_period;
-        if (!m_thread.joinable())
-            m_thread = std::thread([self = shared_from_this()] { self->work(); });
         m_changed.notify_all();
+        return true;
     }
 
     void stop()
@@ -72,6 +72,19 @@ public:
     }
 
 private:
+    // The thread is made with the first start, and the system may have none left.
+    bool ensureThread()
+    {
+        if (m_thread.joinable())
+            return true;
+        try {
+            m_thread = std::thread([self = shared_from_this()] { self->work(); });
+        } catch (const std::system_error &) {
+            return false;
+        }
+        return true;
+    }
+
     bool isOwnThread() const { return m_threadId == std::this_thread::get_id(); }
 
     // Only for the tick that runs now: a handler that starts the timer anew must not keep us here.
@@ -149,12 +162,10 @@ PITimer::~PITimer()
 
 bool PITimer::start(int periodMs)
 {
-    if (periodMs <= 0) {
+    const bool started = periodMs > 0 && m_clockwork->start(std::chrono::milliseconds(periodMs));
+    if (!started)
         PICout(piDebug) << "PITimer:" << name() << "cannot start with a period of" << periodMs << "ms";
-        return false;
-    }
-    m_clockwork->start(std::chrono::milliseconds(periodMs));
-    return true;
+    return started;
 }
 
 void PITimer::stop()

@@ -26,7 +26,8 @@ public:
     PIString parentClassName() const override { return "PIObject"; }
 
     /// Starts, or starts anew when running: the first tick comes after one period from now. A period
-    /// not above 0 is refused with a console line, changes nothing and gives false.
+    /// not above 0, or a system without a thread to spare, gives false and a console line and changes
+    /// nothing.
     bool start(int periodMs);
 
     /// Ends the ticks and waits for one that is running, unless called inside it.
