@@ -417,13 +417,13 @@ void tst_KelSliderBar::touchIsAMouse()
     bench.slider.setMaximum(200);
     bench.slider.show();
     QVERIFY(QTest::qWaitForWindowExposed(&bench.slider));
-    const QScopedPointer<QTouchDevice> screen(QTest::createTouchDevice());
+    QTouchDevice *screen = QTest::createTouchDevice(); // stays with the application
 
-    QTest::touchEvent(&bench.slider, screen.data()).press(0, QPoint(60, 10), bench.bar);
+    QTest::touchEvent(&bench.slider, screen).press(0, QPoint(60, 10), bench.bar);
     QTRY_COMPARE(bench.slider.value(), 60.0);
-    QTest::touchEvent(&bench.slider, screen.data()).move(0, QPoint(110, 10), bench.bar);
+    QTest::touchEvent(&bench.slider, screen).move(0, QPoint(110, 10), bench.bar);
     QTRY_COMPARE(bench.slider.value(), 110.0);
-    QTest::touchEvent(&bench.slider, screen.data()).release(0, QPoint(110, 10), bench.bar);
+    QTest::touchEvent(&bench.slider, screen).release(0, QPoint(110, 10), bench.bar);
     QCOMPARE(bench.slider.value(), 110.0);
 }
 
