@@ -1,0 +1,286 @@
+// How long our widgets paint, beside widgets and plain calls that put a like picture on a like canvas.
+//
+// To be fair to both sides: every widget is shown first, so that style, font and layout are settled;
+// it then paints into the same premultiplied image through QWidget::render, without background and
+// children, which does the same work around both paint events. A widget that shows a value gets
+// another one before every frame, so that nobody profits from a picture of the frame before. Peers
+// that are plain drawPixmap calls stand in the paint event of an otherwise empty widget. What our
+// slider bar does not have (a scale) its peer paints only in a row that says so.
+#include "comparison.h"
+
+#include <kelbutton.h>
+#include <kellight.h>
+#include <kelslider.h>
+#include <kelswitch.h>
+
+#include <QApplication>
+#include <QDial>
+#include <QImage>
+#include <QPainter>
+#include <QProgressBar>
+#include <QSlider>
+#include <QToolButton>
+#include <qwt_slider.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+namespace
+{
+
+constexpr int FramesPerRun = 20;
+const QSize BarSize(300, 40);
+const QSize KnobSize(90, 32);
+const QSize ButtonSize(120, 48);
+
+/// Paints \a widget once into \a canvas.
+void paint(QWidget &widget, QImage &canvas)
+{
+    widget.render(&canvas, QPoint(), QRegion(), QWidget::RenderFlags());
+}
+
+QImage canvasFor(const QSize &size)
+{
+    QImage canvas(size, QImage::Format_ARGB32_Premultiplied);
+    canvas.fill(Qt::white);
+    return canvas;
+}
+
+std::vector<std::unique_ptr<QWidget>> &widgets()
+{
+    static std::vector<std::unique_ptr<QWidget>> all;
+    return all;
+}
+
+/// Shows \a widget at \a size; it lives as long as the application.
+template <typename Widget>
+Widget &shown(Widget *widget, const QSize &size)
+{
+    widgets().emplace_back(widget);
+    widget->setFixedSize(size);
+    widget->show();
+    return *widget;
+}
+
+/// A few frames of \a widget; before each, \a change(frame) gives it something else to show.
+template <typename Change>
+Contender frames(const std::string &name, QWidget &widget, Change change)
+{
+    const auto canvas = std::make_shared<QImage>(canvasFor(widget.size()));
+    return {name, [canvas, &widget, change] {
+                for (int frame = 0; frame < FramesPerRun; ++frame) {
+                    change(frame);
+                    paint(widget, *canvas);
+                }
+            }};
+}
+
+Contender sameFrames(const std::string &name, QWidget &widget)
+{
+    return frames(name, widget, [](int) {});
+}
+
+/// Values all over the range 0..100, the same for everybody.
+double valueOf(int frame)
+{
+    return (frame * 37) % 101;
+}
+
+/// Draws pictures over each other, each with its opacity.
+class Pictures : public QWidget
+{
+public:
+    struct Picture {
+        QPixmap pixmap;
+        double opacity = 1.0;
+    };
+
+    QPoint position;
+    std::vector<Picture> pictures;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        for (const Picture &picture : pictures) {
+            if (picture.opacity <= 0.0)
+                continue;
+            painter.setOpacity(picture.opacity);
+            painter.drawPixmap(position, picture.pixmap);
+        }
+    }
+};
+
+// The slider's bar
+
+Contender ourBar(KelSlider &slider)
+{
+    auto *bar = slider.findChild<QWidget *>(QStringLiteral("bar"));
+    bar->setFixedSize(BarSize);
+    slider.show();
+    slider.setMaximum(100.0);
+    return frames("KelSlider bar", *bar, [&slider](int frame) { slider.setValue(valueOf(frame)); });
+}
+
+template <typename Peer>
+Contender ranged(const std::string &name, Peer &peer)
+{
+    return frames(name, peer, [&peer](int frame) { peer.setValue(static_cast<int>(valueOf(frame))); });
+}
+
+Contender qwtSlider(const std::string &name, QwtSlider::ScalePosition position)
+{
+    auto *peer = new QwtSlider(Qt::Horizontal);
+    peer->setScale(0.0, 100.0);
+    peer->setScalePosition(position);
+    shown(peer, BarSize);
+    return frames(name, *peer, [peer](int frame) { peer->setValue(valueOf(frame)); });
+}
+
+void compareBars()
+{
+    auto &slider = *new KelSlider();
+    shown(&slider, QSize(700, 100));
+    const Contender ours = ourBar(slider);
+
+    auto *groove = new QSlider(Qt::Horizontal);
+    groove->setRange(0, 100);
+    compare("slider bar", ours, ranged("QSlider", shown(groove, BarSize)));
+
+    auto *progress = new QProgressBar();
+    progress->setTextVisible(false);
+    compare("slider bar", ours, ranged("QProgressBar, no text", shown(progress, BarSize)));
+    compare("slider bar", ours, qwtSlider("QwtSlider, no scale", QwtSlider::NoScale), 1.0);
+    compare("slider bar", ours, qwtSlider("QwtSlider with scale", QwtSlider::TrailingScale), 1.0);
+
+    auto &captioned = *new KelSlider();
+    shown(&captioned, QSize(700, 100));
+    captioned.setTitle(QStringLiteral("%v %"));
+    captioned.setTitleInsideBar(true);
+    compare("slider bar with caption", ourBar(captioned), ranged("QProgressBar", shown(new QProgressBar(), BarSize)));
+}
+
+// The light
+
+QPixmap stagePicture(const char *stage, const QSize &size)
+{
+    const QImage image(QStringLiteral(":/icons/light_bulb_%1.png").arg(QLatin1String(stage)));
+    return QPixmap::fromImage(image.convertToFormat(QImage::Format_ARGB32_Premultiplied)
+                                  .scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
+
+/// The side of the lamp's picture in a light of the side \a side with a ring of \a barSize percent.
+int pictureSide(int side, double barSize)
+{
+    const double radius = side * 0.5;
+    const double inner = (radius - std::max(1.0, radius / 80.0)) * (1.0 - barSize / 100.0);
+    return static_cast<int>(2.0 * inner / 1.2);
+}
+
+/// The lamp's pictures alone, with the opacities that they have at a level of \a percent.
+std::array<double, 4> opacitiesAt(double percent)
+{
+    const double halo = (percent - 70.0) / 30.0;
+    return {1.0, std::min(1.0, std::pow(percent / 75.0, 0.5)), std::min(1.0, std::pow(percent / 20.0, 0.4)),
+            halo > 0.0 ? std::pow(halo, 1.5) : 0.0};
+}
+
+Contender lampPictures(int side, double barSize)
+{
+    auto &widget = shown(new Pictures(), QSize(side, side));
+    const int inner = pictureSide(side, barSize);
+    widget.position = QPoint((side - inner) / 2, (side - inner) / 2);
+    for (const char *stage : {"0", "100", "w", "h"})
+        widget.pictures.push_back({stagePicture(stage, QSize(inner, inner)), 1.0});
+    return frames("drawPixmap per picture", widget, [&widget](int frame) {
+        const std::array<double, 4> opacities = opacitiesAt(valueOf(frame));
+        for (std::size_t i = 0; i < opacities.size(); ++i)
+            widget.pictures[i].opacity = opacities[i];
+    });
+}
+
+/// A light in the middle of a fade; without an event loop it stays there.
+Contender fadingLight(const std::string &name, KelLight &light)
+{
+    light.setLevel(light.level() > 50.0 ? 0.0 : 100.0);
+    return frames(name, light, [&light](int frame) { light.setProperty("h__anim", valueOf(frame)); });
+}
+
+void compareSteadyLight(int side)
+{
+    const std::string size = std::to_string(side) + " px";
+    auto &light = shown(new KelLight(), QSize(side, side));
+    light.setProperty("h__anim", 60.0);
+    QImage picture = canvasFor(light.size());
+    picture.fill(Qt::transparent);
+    paint(light, picture);
+
+    auto &peer = shown(new Pictures(), light.size());
+    peer.pictures.push_back({QPixmap::fromImage(picture), 1.0});
+    compare("steady light, " + size, sameFrames("KelLight", light), sameFrames("one drawPixmap", peer), 1.3);
+}
+
+void compareFadingLight(int side)
+{
+    const std::string size = std::to_string(side) + " px";
+    auto &light = shown(new KelLight(), QSize(side, side));
+    const double bar = light.barSize();
+    compare("light in fade, " + size, fadingLight("KelLight with ring", light), lampPictures(side, bar));
+
+    auto &binary = shown(new KelLight(), QSize(side, side));
+    binary.setBinary(true);
+    compare("light in fade, " + size, fadingLight("KelLight, binary", binary), lampPictures(side, 1.25), 1.2);
+}
+
+// The others
+
+void compareSwitch()
+{
+    auto &ours = shown(new KelSwitch(), KnobSize);
+    const Contender moving = frames("KelSwitch", ours, [&ours](int frame) {
+        ours.setProperty("h__anim", valueOf(frame) / 100.0);
+        ours.setProperty("h__anim_s", valueOf(frame) / 100.0);
+    });
+    auto *slider = new QSlider(Qt::Horizontal);
+    slider->setRange(0, 100);
+    compare("switch", moving, ranged("QSlider", shown(slider, KnobSize)));
+
+    auto *dial = new QDial();
+    dial->setRange(0, 100);
+    compare("switch", moving, ranged("QDial", shown(dial, KnobSize)));
+}
+
+void compareButton()
+{
+    auto *ours = new KelButton();
+    ours->setText(QStringLiteral("Pump"));
+    auto *peer = new QToolButton();
+    peer->setText(QStringLiteral("Pump"));
+    compare("button", sameFrames("KelButton", shown(ours, ButtonSize)),
+            sameFrames("QToolButton", shown(peer, ButtonSize)));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
+    QApplication application(argc, argv);
+
+    compareBars();
+    for (const int side : {120, 240})
+        compareSteadyLight(side);
+    for (const int side : {120, 240})
+        compareFadingLight(side);
+    compareSwitch();
+    compareButton();
+    QApplication::processEvents();
+    std::printf("Nanoseconds for %d frames.\n", FramesPerRun);
+    const int status = runComparisons(argc, argv);
+    widgets().clear();
+    return status;
+}
