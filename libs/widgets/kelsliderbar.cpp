@@ -101,13 +101,21 @@ void drawSliderCaption(QPainter &painter, const SliderBarParts &parts, const QPa
     QFont font = painter.font();
     font.setPixelSize(pixelSize);
     painter.setFont(font);
-    painter.setPen(palette.color(QPalette::Active, QPalette::Text));
-    painter.drawText(parts.caption, Qt::AlignCenter, caption);
 
-    const QRect filled = fillPixels(parts.fill);
+    // A line of text is higher than its font's pixel size: sideways the text ends with its box, but no
+    // letter loses its tail.
+    constexpr int Flags = Qt::AlignCenter | Qt::TextDontClip;
+    QRectF column = parts.outline;
+    column.setLeft(parts.caption.left());
+    column.setRight(parts.caption.right());
+    painter.setClipRect(column.toAlignedRect());
+    painter.setPen(palette.color(QPalette::Active, QPalette::Text));
+    painter.drawText(parts.caption, Flags, caption);
+
+    const QRect filled = fillPixels(parts.fill) & column.toAlignedRect();
     if (filled.isEmpty())
         return;
     painter.setClipRect(filled);
     painter.setPen(palette.color(QPalette::Active, QPalette::HighlightedText));
-    painter.drawText(parts.caption, Qt::AlignCenter, caption);
+    painter.drawText(parts.caption, Flags, caption);
 }

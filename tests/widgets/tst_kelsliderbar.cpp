@@ -24,6 +24,7 @@ private Q_SLOTS:
     void captionInTheBar();
     void captionIsNotInTheBarOtherwise();
     void captionFollowsItsSize();
+    void captionKeepsItsTails();
 
     void press_data();
     void press();
@@ -329,6 +330,23 @@ void tst_KelSliderBar::captionFollowsItsSize()
     QVERIFY(textPixels(0.9) > textPixels(0.5));
     QVERIFY(textPixels(0.5) > 0);
     QCOMPARE(textPixels(0.0), 0);
+}
+
+void tst_KelSliderBar::captionKeepsItsTails()
+{
+    Bench bench(QSize(300, 60));
+    bench.slider.setTitle(QStringLiteral("gggg"));
+    bench.slider.setTitleInsideBar(true);
+    const QImage image = bench.picture();
+
+    // The text box ends at row 45, a "g" of this size some rows below.
+    const QRect below(60, 45, 180, 12);
+    int changed = 0;
+    for (int y = below.top(); y <= below.bottom(); ++y) {
+        for (int x = below.left(); x <= below.right(); ++x)
+            changed += image.pixelColor(x, y) == Empty ? 0 : 1;
+    }
+    QVERIFY(changed > 0);
 }
 
 void tst_KelSliderBar::press_data()
