@@ -4,6 +4,9 @@
 #include "screenshot.h"
 
 #include <kelbutton.h>
+#include <kellight.h>
+#include <kelslider.h>
+#include <kelswitch.h>
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -17,6 +20,7 @@ namespace
 
 constexpr int AnswerTimeoutMs = 3000;
 constexpr int PressMs = 100;
+constexpr int FullByte = 254; // A lamp at 100 percent.
 constexpr int PollMs = 10;
 
 /// Lets the event loop run for \a ms.
@@ -27,12 +31,19 @@ void pause(int ms)
     loop.exec();
 }
 
-void sendMouse(QWidget &widget, QEvent::Type type)
+void sendMouse(QWidget &widget, QEvent::Type type, const QPointF &where)
 {
-    const QPointF where = QRectF(widget.rect()).center();
     const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
     QMouseEvent event(type, where, widget.mapToGlobal(where.toPoint()), Qt::LeftButton, held, Qt::NoModifier);
     QCoreApplication::sendEvent(&widget, &event);
+}
+
+/// Presses \a widget at \a where with the left button and lets go again.
+void press(QWidget &widget, const QPointF &where)
+{
+    sendMouse(widget, QEvent::MouseButtonPress, where);
+    pause(PressMs);
+    sendMouse(widget, QEvent::MouseButtonRelease, where);
 }
 
 } // namespace
@@ -45,8 +56,10 @@ DemoScenario::DemoScenario(QWidget &window, const TrafficLog &log)
 
 void DemoScenario::play(const QString &picture)
 {
-    waitForReport(QStringLiteral("temperature"));
+    waitForValue(QStringLiteral("temperature"));
     pressAndWait(QStringLiteral("ceilingButton"));
+    slideAndWait(QStringLiteral("levelSlider"), 0.75, QStringLiteral("tableLight"));
+    switchAndWait(QStringLiteral("porchSwitch"), QStringLiteral("porchLight"));
     pressAndWait(QStringLiteral("dinnerButton"));
     waitUntilGreen(QStringLiteral("ceilingButton"));
     waitUntilGreen(QStringLiteral("dinnerButton"));
@@ -54,32 +67,55 @@ void DemoScenario::play(const QString &picture)
     m_log.note(QStringLiteral("picture saved as %1").arg(picture));
 }
 
-void DemoScenario::waitForReport(const QString &label)
+void DemoScenario::waitForValue(const QString &label)
 {
-    const auto *shown = m_window.findChild<QLabel *>(label);
-    if (!shown)
-        throw CommandError(QStringLiteral("the demo's form has no label \"%1\"").arg(label));
-    const QString before = shown->text();
-    waitFor([shown, before] { return shown->text() != before; }, QStringLiteral("a report of the %1").arg(label));
-    m_log.note(QStringLiteral("%1 shows %2").arg(label, shown->text()));
+    const auto &shown = part<QLabel>(label);
+    const QString before = shown.text();
+    waitFor([&shown, before] { return shown.text() != before; }, QStringLiteral("the %1").arg(label));
+    m_log.note(QStringLiteral("%1 shows %2").arg(label, shown.text()));
 }
 
 void DemoScenario::pressAndWait(const QString &name)
 {
-    KelButton &pressed = button(name);
+    auto &pressed = part<KelButton>(name);
     m_log.note(QStringLiteral("press %1").arg(name));
-    sendMouse(pressed, QEvent::MouseButtonPress);
-    pause(PressMs);
-    sendMouse(pressed, QEvent::MouseButtonRelease);
+    press(pressed, QRectF(pressed.rect()).center());
     waitFor([&pressed] { return pressed.state() == KelButton::Yes; }, QStringLiteral("the answer to %1").arg(name));
     m_log.note(QStringLiteral("%1 has state Yes").arg(name));
 }
 
 void DemoScenario::waitUntilGreen(const QString &name)
 {
-    const KelButton &lit = button(name);
+    const auto &lit = part<KelButton>(name);
     waitFor([&lit] { return lit.h__currentColor() == lit.yesColor(); }, QStringLiteral("the colour of %1").arg(name));
     m_log.note(QStringLiteral("%1 is green (%2)").arg(name, lit.h__currentColor().name()));
+}
+
+void DemoScenario::slideAndWait(const QString &name, double share, const QString &lamp)
+{
+    auto &slider = part<KelSlider>(name);
+    auto &light = part<KelLight>(lamp);
+    QWidget &bar = part<QWidget>(QStringLiteral("bar"));
+    const int before = light.byteLevel();
+    press(bar, QPointF(bar.width() * share, bar.height() / 2.0));
+    m_log.note(QStringLiteral("%1 is moved to %2").arg(name).arg(slider.value()));
+    const int wanted = qRound(slider.value() * FullByte / 100);
+    waitFor([&light, wanted, before] { return wanted != before && light.byteLevel() == wanted; },
+            QStringLiteral("the answer to %1").arg(name));
+    waitFor([&light] { return light.h__anim() == light.level(); }, QStringLiteral("the glow of %1").arg(lamp));
+    m_log.note(QStringLiteral("%1 glows at %2 of 254").arg(lamp).arg(light.byteLevel()));
+}
+
+void DemoScenario::switchAndWait(const QString &name, const QString &lamp)
+{
+    auto &pressed = part<KelSwitch>(name);
+    auto &light = part<KelLight>(lamp);
+    m_log.note(QStringLiteral("press %1").arg(name));
+    press(pressed, QRectF(pressed.rect()).center());
+    waitFor([&light] { return light.isOn(); }, QStringLiteral("the answer to %1").arg(name));
+    waitFor([&light, &pressed] { return light.h__anim() == light.level() && pressed.h__anim() == 0.0F; },
+            QStringLiteral("the glow of %1").arg(lamp));
+    m_log.note(QStringLiteral("%1 is on").arg(lamp));
 }
 
 void DemoScenario::waitFor(const std::function<bool()> &isDone, const QString &what)
@@ -94,10 +130,11 @@ void DemoScenario::waitFor(const std::function<bool()> &isDone, const QString &w
     }
 }
 
-KelButton &DemoScenario::button(const QString &name) const
+template <typename Widget>
+Widget &DemoScenario::part(const QString &name) const
 {
-    auto *found = m_window.findChild<KelButton *>(name);
+    auto *found = m_window.findChild<Widget *>(name);
     if (!found)
-        throw CommandError(QStringLiteral("the demo's form has no button \"%1\"").arg(name));
+        throw CommandError(QStringLiteral("the demo's form has no \"%1\"").arg(name));
     return *found;
 }

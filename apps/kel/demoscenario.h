@@ -9,8 +9,6 @@
 
 #include <functional>
 
-class KelButton;
-
 /// Plays an operator on the hall's panel: presses buttons with real mouse events and waits until the
 /// answers of the devices have lit them. GUI thread only; runs the event loop meanwhile.
 class DemoScenario
@@ -24,11 +22,16 @@ public:
     void play(const QString &picture);
 
 private:
-    void waitForReport(const QString &label);
+    void waitForValue(const QString &label);
     void pressAndWait(const QString &button);
     void waitUntilGreen(const QString &button);
+    void slideAndWait(const QString &slider, double share, const QString &lamp);
+    void switchAndWait(const QString &name, const QString &lamp);
     void waitFor(const std::function<bool()> &isDone, const QString &what);
-    KelButton &button(const QString &name) const;
+
+    /// The widget \a name of the form. Throws a CommandError when there is none.
+    template <typename Widget>
+    Widget &part(const QString &name) const;
 
     QWidget &m_window;
     const TrafficLog &m_log;

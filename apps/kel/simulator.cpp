@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr qint64 MaxRulesSize = 1024 * 1024;
+constexpr int MaxWaiting = 64;
 
 } // namespace
 
@@ -39,7 +40,11 @@ Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine>
     , m_line(std::move(line))
     , m_gap(gapMs)
     , m_log(std::move(log))
+    , m_distanceMs(2 * gapMs)
 {
+    m_distance.setSingleShot(true);
+    m_distance.setTimerType(Qt::PreciseTimer);
+    connect(&m_distance, &QTimer::timeout, this, &Simulator::sendWaiting);
     for (const SimulatorDeviceRules &device : rules.devices) {
         m_devices.emplace_back(device, [this](const QString &error) { m_log.note(error); });
         startReports(m_devices.back());
@@ -83,6 +88,28 @@ void Simulator::sendLater(const QVector<SimulatorReply> &replies, const QString 
 
 void Simulator::send(const QByteArray &bytes, const QString &device)
 {
+    const qint64 quietMs = m_sinceSent.isValid() ? m_sinceSent.elapsed() : m_distanceMs;
+    if (m_waiting.isEmpty() && (device == m_lastDevice || quietMs >= m_distanceMs))
+        return sendNow(bytes, device);
+    if (m_waiting.size() >= MaxWaiting)
+        return m_log.note(QStringLiteral("the line is too busy, a message of %1 is lost").arg(device));
+    m_waiting.enqueue({bytes, device});
+    if (!m_distance.isActive())
+        m_distance.start(int(m_distanceMs - quietMs));
+}
+
+void Simulator::sendWaiting()
+{
+    const WaitingMessage message = m_waiting.dequeue();
+    sendNow(message.bytes, message.device);
+    if (!m_waiting.isEmpty())
+        m_distance.start(m_distanceMs);
+}
+
+void Simulator::sendNow(const QByteArray &bytes, const QString &device)
+{
+    m_sinceSent.start();
+    m_lastDevice = device;
     // A report that nobody hears is not worth a line each time.
     if (m_line->write(bytes))
         m_log.sent(bytes, device);

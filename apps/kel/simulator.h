@@ -7,13 +7,17 @@
 #include "simulatorline.h"
 #include "trafficlog.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QQueue>
+#include <QTimer>
 
 #include <deque>
 #include <memory>
 
 /// Lets the devices of a rules file live on a line: hands them the requests, sends their replies when
-/// their delay is over, starts their reports, and prints the traffic. One thread with an event loop.
+/// their delay is over, starts their reports, and prints the traffic. Messages of different devices keep a
+/// distance of two gaps, so that they do not run together at the far end. One thread with an event loop.
 class Simulator : public QObject
 {
     Q_OBJECT
@@ -33,9 +37,21 @@ private:
     void answer(const QByteArray &message);
     void sendLater(const QVector<SimulatorReply> &replies, const QString &device);
     void send(const QByteArray &bytes, const QString &device);
+    void sendWaiting();
+    void sendNow(const QByteArray &bytes, const QString &device);
+
+    struct WaitingMessage {
+        QByteArray bytes;
+        QString device;
+    };
 
     std::unique_ptr<SimulatorLine> m_line;
     MessageGap m_gap;
     TrafficLog m_log;
+    QQueue<WaitingMessage> m_waiting; // for the distance to the message before
+    QTimer m_distance;
+    QElapsedTimer m_sinceSent;
+    QString m_lastDevice;
+    int m_distanceMs;
     std::deque<SimulatedDevice> m_devices; // stays in its place: reports refer to their device
 };

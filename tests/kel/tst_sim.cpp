@@ -3,12 +3,16 @@
 
 #include <messagegap.h>
 #include <ptyline.h>
+#include <simulator.h>
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <QTemporaryDir>
+
+#include <memory>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -28,6 +32,28 @@ const char *const Rules = "device relay id 7\n"
                           "reply A2 %id %1\n"
                           "on 55 %2\n"
                           "reply %2\n";
+
+/// A line that keeps what was written, and when in ms.
+class RecordingLine : public SimulatorLine
+{
+public:
+    explicit RecordingLine(QVector<QPair<QByteArray, qint64>> &written)
+        : m_written(written)
+    {
+        m_clock.start();
+    }
+
+    QString name() const override { return QStringLiteral("a list"); }
+    bool write(const QByteArray &bytes) override
+    {
+        m_written.append({bytes, m_clock.elapsed()});
+        return true;
+    }
+
+private:
+    QVector<QPair<QByteArray, qint64>> &m_written;
+    QElapsedTimer m_clock;
+};
 
 /// The running program, ended as people end it.
 class RunningSim
@@ -144,6 +170,7 @@ private Q_SLOTS:
     void answersOnTcp();
     void clientsOnTcpShareTheLine();
     void reportsComeByThemselves();
+    void messagesOfDifferentDevicesKeepADistance();
     void wrongInputIsOneLine_data();
     void wrongInputIsOneLine();
     void takenTcpPortIsTold();
@@ -321,6 +348,23 @@ void tst_Sim::reportsComeByThemselves()
     const QByteArray second = port.read(3);
     QCOMPARE(first.size(), 3);
     QCOMPARE(int(uchar(second.at(1))), int(uchar(first.at(1))) + 1);
+}
+
+void tst_Sim::messagesOfDifferentDevicesKeepADistance()
+{
+    QVector<QPair<QByteArray, qint64>> written;
+    const SimulatorRules rules = SimulatorRules::fromText("device a id 1\nevery 100\nreply AA %id\nreply AB %id\n"
+                                                          "device b id 2\nevery 100\nreply AA %id\n",
+                                                          QStringLiteral("x"));
+    const Simulator simulator(rules, std::make_unique<RecordingLine>(written), 20,
+                              TrafficLog(QStringLiteral("device")));
+    QTRY_VERIFY(written.size() >= 3);
+
+    QCOMPARE(written.at(0).first, QByteArray::fromHex("AA01"));
+    QCOMPARE(written.at(1).first, QByteArray::fromHex("AB01"));
+    QCOMPARE(written.at(2).first, QByteArray::fromHex("AA02"));
+    // Two gaps; a timer may be a millisecond early.
+    QVERIFY2(written.at(2).second - written.at(1).second >= 38, qPrintable(QString::number(written.at(2).second)));
 }
 
 void tst_Sim::wrongInputIsOneLine_data()
