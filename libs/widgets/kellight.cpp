@@ -219,7 +219,8 @@ void KelLight::s_anim(double v)
     if (std::isnan(v))
         return;
     m_shownLevel = v;
-    refresh();
+    m_still = QPixmap();
+    update();
 }
 
 void KelLight::mousePressEvent(QMouseEvent *event)

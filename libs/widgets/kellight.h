@@ -9,6 +9,11 @@
 #include <QWidget>
 #include <kelwidgetsexport.h>
 
+namespace KelLightGeometry
+{
+struct Layout;
+}
+
 /// Lamp (bulb, LED or spot) that glows with its level, inside a ring that sets the level when it is
 /// dragged. A click on the lamp switches it on and off; a binary light knows nothing between. The
 /// level is offered as a byte too, for devices that take dimmer values. Signals come at once with
@@ -116,8 +121,12 @@ private:
     void dragTo(const QPoint &position);
     void refresh();
     void scalePictures();
-    void paintLight(QPainter &painter) const;
-    void drawLamp(QPainter &painter, const QRect &picture, double percent) const;
+    void dropPaintings();
+    QPixmap emptyPainting() const;
+    void paintLight(QPainter &painter);
+    void updateBase(const KelLightGeometry::Layout &where, double percent);
+    void drawRing(QPainter &painter, const KelLightGeometry::Layout &where, double percent) const;
+    void drawGlow(QPainter &painter, const QRect &picture, double percent) const;
 
     IconType m_iconType = Bulb;
     QColor m_fillColor = QColor(255, 245, 60);
@@ -141,5 +150,7 @@ private:
     Stages<QPixmap> m_pictures; // the images at m_pictureSize and m_pictureRatio
     QSize m_pictureSize;
     qreal m_pictureRatio = 0.0;
+    QPixmap m_base; // ring and unlit lamp at m_basePercent; null when it must be drawn anew
+    double m_basePercent = 0.0;
     QPixmap m_still; // the whole light while nothing moves; null when it must be drawn anew
 };

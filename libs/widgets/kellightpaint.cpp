@@ -14,6 +14,12 @@ using KelLightGeometry::Layout;
 namespace
 {
 
+// The ring's angles begin at the bottom.
+constexpr qreal RingBegin = 90.0;
+
+// A gradient is a table of colours: its edges are not sharper than this, in degrees.
+constexpr double GradientBlur = 2.0;
+
 // A picture of the resource set, decoded once for all lights.
 QImage lightPicture(KelLight::IconType type, const char *stage)
 {
@@ -54,9 +60,15 @@ QPainterPath ringPath(const QRectF &outer, qreal width, double shift)
     return path;
 }
 
+// Where the unlit part of the ring ends, as a share of the full circle.
+double unlitEnd(double percent, qreal glow, double shift)
+{
+    return (360.0 - 2.0 * shift) / 360.0 * (1.0 - percent / (100.0 - glow / 3.6)) + shift / 360.0;
+}
+
 QBrush ringBrush(double percent, qreal glow, double shift, const QColor &fill, const QColor &back)
 {
-    const double end = (360.0 - 2.0 * shift) / 360.0 * (1.0 - percent / (100.0 - glow / 3.6)) + shift / 360.0;
+    const double end = unlitEnd(percent, glow, shift);
     const double lit = qBound(0.0, glow / 360.0 + end, 1.0);
     if (lit <= 0.0)
         return fill;
@@ -67,6 +79,28 @@ QBrush ringBrush(double percent, qreal glow, double shift, const QColor &fill, c
     gradient.setColorAt(qBound(0.0, end, 1.0), back);
     gradient.setColorAt(0.0, back);
     return gradient;
+}
+
+QRectF squareAround(qreal radius)
+{
+    return {-radius, -radius, 2.0 * radius, 2.0 * radius};
+}
+
+// Around the centre, what of the ring looks different at the levels \a from and \a to.
+QRectF changedPart(const Layout &where, double shift, double from, double to)
+{
+    const double fromEnd = unlitEnd(from, where.glow, shift) * 360.0;
+    const double toEnd = unlitEnd(to, where.glow, shift) * 360.0;
+    const double begin = qMin(fromEnd, toEnd) - GradientBlur;
+    const double sweep = qMin(360.0, qMax(fromEnd, toEnd) + where.glow + GradientBlur - begin);
+
+    const qreal outer = where.radius + where.penWidth;
+    QPainterPath path;
+    path.arcMoveTo(squareAround(outer), begin);
+    path.arcTo(squareAround(outer), begin, sweep);
+    const qreal inner = qMax(1e-3, outer - where.ringWidth - 2.0 * where.penWidth); // an arc needs a size
+    path.arcTo(squareAround(inner), begin + sweep, -sweep);
+    return QTransform().rotate(RingBegin).mapRect(path.boundingRect());
 }
 
 // How far the light is between its bounds, in percent.
@@ -93,7 +127,7 @@ void KelLight::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     scalePictures();
-    m_still = QPixmap();
+    dropPaintings();
 }
 
 void KelLight::scalePictures()
@@ -108,9 +142,15 @@ void KelLight::scalePictures()
                   scaled(m_images.warm, size, ratio), scaled(m_images.halo, size, ratio)};
 }
 
+void KelLight::dropPaintings()
+{
+    m_base = QPixmap();
+    m_still = QPixmap();
+}
+
 void KelLight::refresh()
 {
-    m_still = QPixmap();
+    dropPaintings();
     update();
 }
 
@@ -119,7 +159,7 @@ void KelLight::paintEvent(QPaintEvent *)
     // Sizes come with their own event; only a move to a screen of another pixel ratio shows here first.
     if (m_pictureRatio != devicePixelRatioF()) {
         scalePictures();
-        m_still = QPixmap();
+        dropPaintings();
     }
 
     QPainter painter(this);
@@ -128,28 +168,66 @@ void KelLight::paintEvent(QPaintEvent *)
         return;
     }
     if (m_still.isNull()) {
-        m_still = QPixmap(size() * m_pictureRatio);
-        m_still.setDevicePixelRatio(m_pictureRatio);
-        m_still.fill(Qt::transparent);
+        m_still = emptyPainting();
         QPainter stillPainter(&m_still);
         paintLight(stillPainter);
     }
     painter.drawPixmap(0, 0, m_still);
 }
 
-void KelLight::paintLight(QPainter &painter) const
+QPixmap KelLight::emptyPainting() const
+{
+    QPixmap painting(size() * m_pictureRatio);
+    painting.setDevicePixelRatio(m_pictureRatio);
+    painting.fill(Qt::transparent);
+    return painting;
+}
+
+void KelLight::paintLight(QPainter &painter)
 {
     const Layout where = KelLightGeometry::layout(size(), {m_binary, m_barSize, m_angleShift});
     if (where.radius <= 0.0)
         return;
     const double percent = shownPercent(m_shownLevel, m_lowLevel, m_highLevel);
-    const QRectF ring(-where.radius, -where.radius, 2.0 * where.radius, 2.0 * where.radius);
 
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    updateBase(where, percent);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(0, 0, m_base);
     painter.translate(width() * 0.5, height() * 0.5);
+    drawGlow(painter, where.picture, percent);
+}
+
+// The ring's gradient costs more than all pictures, so a fade paints only the part that it moves over.
+void KelLight::updateBase(const Layout &where, double percent)
+{
+    const bool isNew = m_base.isNull();
+    if (!isNew && (m_binary || percent == m_basePercent))
+        return;
+    if (isNew)
+        m_base = emptyPainting();
+
+    const QPointF centre(width() * 0.5, height() * 0.5);
+    QPainter painter(&m_base);
+    if (!isNew) {
+        const QRectF changed = changedPart(where, m_angleShift, m_basePercent, percent).translated(centre);
+        painter.setClipRect(changed.toAlignedRect().adjusted(-1, -1, 1, 1));
+        painter.setCompositionMode(QPainter::CompositionMode_Source);
+        painter.fillRect(rect(), Qt::transparent);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    }
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    painter.translate(centre);
+    drawRing(painter, where, percent);
+    painter.drawPixmap(where.picture.topLeft(), m_pictures.off);
+    m_basePercent = percent;
+}
+
+void KelLight::drawRing(QPainter &painter, const Layout &where, double percent) const
+{
     painter.save();
-    painter.rotate(90.0); // the ring's angles begin at the bottom
+    painter.rotate(RingBegin);
     painter.setPen(QPen(QBrush(Qt::darkGray), where.penWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
+    const QRectF ring = squareAround(where.radius);
     if (m_binary) {
         painter.setBrush(Qt::NoBrush);
         painter.drawEllipse(ring);
@@ -158,10 +236,9 @@ void KelLight::paintLight(QPainter &painter) const
         painter.drawPath(ringPath(ring, where.ringWidth, m_angleShift));
     }
     painter.restore();
-    drawLamp(painter, where.picture, percent);
 }
 
-void KelLight::drawLamp(QPainter &painter, const QRect &picture, double percent) const
+void KelLight::drawGlow(QPainter &painter, const QRect &picture, double percent) const
 {
     const auto draw = [&](const QPixmap &stage, double opacity) {
         if (stage.isNull() || opacity <= 0.0)
@@ -169,7 +246,6 @@ void KelLight::drawLamp(QPainter &painter, const QRect &picture, double percent)
         painter.setOpacity(qMin(1.0, opacity));
         painter.drawPixmap(picture.topLeft(), stage);
     };
-    draw(m_pictures.off, 1.0);
     draw(m_pictures.full, std::pow(percent / 75.0, 0.5));
     draw(m_pictures.warm, std::pow(percent / 20.0, 0.4));
     draw(m_pictures.halo, percent > 70.0 ? std::pow((percent - 70.0) / 30.0, 1.5) : 0.0);

@@ -63,6 +63,7 @@ QString shortNumber(double number)
 KelSlider::KelSlider(QWidget *parent)
     : QGroupBox(parent)
     , m_ui(new Ui_KelSlider())
+    , m_frame(new SliderBarFrame())
 {
     m_ui->setupUi(this); // connects the buttons to the slots that are named after them
     m_ui->bar->installEventFilter(this);
@@ -111,8 +112,11 @@ void KelSlider::drawBar()
     if (parts.isEmpty)
         return;
 
+    const double radius = static_cast<double>(static_cast<float>(m_scale * CornerRadius));
+    const QColor line = palette().color(QPalette::Dark);
     QPainter painter(m_ui->bar);
-    drawSliderBar(painter, parts, palette(), static_cast<double>(static_cast<float>(m_scale * CornerRadius)));
+    drawSliderFill(painter, parts, palette(), radius);
+    painter.drawPixmap(0, 0, m_frame->picture(parts, line, radius, m_ui->bar->devicePixelRatioF()));
     if (m_titleInsideBar)
         drawSliderCaption(painter, parts, palette(), m_caption);
 }

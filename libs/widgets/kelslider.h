@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class SliderBarFrame;
 class Ui_KelSlider;
 
 /// Sets a number by a bar that is pressed or dragged and by large buttons: Min, Max, one step down,
@@ -127,6 +128,7 @@ private:
     void showBounds();
 
     std::unique_ptr<Ui_KelSlider> m_ui;
+    std::unique_ptr<SliderBarFrame> m_frame;
     bool m_crossesZero = false; // As the bounds were when they were last set.
     bool m_readOnly = false;
     bool m_showMinMax = true;

@@ -79,18 +79,39 @@ SliderBarParts layoutSliderBar(const QSize &size, const SliderBarState &state)
     return parts;
 }
 
-void drawSliderBar(QPainter &painter, const SliderBarParts &parts, const QPalette &palette, double radius)
+bool SliderBarFrame::Look::operator==(const Look &other) const
+{
+    return size == other.size && zeroX == other.zeroX && color == other.color && radius == other.radius &&
+           pixelRatio == other.pixelRatio;
+}
+
+const QPixmap &SliderBarFrame::picture(const SliderBarParts &parts, const QColor &color, double radius,
+                                       qreal pixelRatio)
+{
+    const Look look{parts.outline.size(), parts.hasZeroLine ? parts.zeroX : -1, color, radius, pixelRatio};
+    if (look == m_look)
+        return m_picture;
+
+    m_look = look;
+    m_picture = QPixmap((parts.outline.size() * pixelRatio).toSize());
+    m_picture.setDevicePixelRatio(pixelRatio);
+    m_picture.fill(Qt::transparent);
+    QPainter painter(&m_picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(color);
+    painter.setBrush(Qt::NoBrush);
+    if (parts.hasZeroLine)
+        painter.drawLine(parts.zeroX, 0, parts.zeroX, static_cast<int>(parts.outline.height()));
+    painter.drawRoundedRect(parts.outline, radius, radius);
+    return m_picture;
+}
+
+void drawSliderFill(QPainter &painter, const SliderBarParts &parts, const QPalette &palette, double radius)
 {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette.color(QPalette::Active, QPalette::Highlight));
     painter.drawRoundedRect(parts.fill, radius, radius);
-
-    painter.setPen(palette.color(QPalette::Dark));
-    painter.setBrush(Qt::NoBrush);
-    if (parts.hasZeroLine)
-        painter.drawLine(parts.zeroX, 0, parts.zeroX, static_cast<int>(parts.outline.height()));
-    painter.drawRoundedRect(parts.outline, radius, radius);
 }
 
 void drawSliderCaption(QPainter &painter, const SliderBarParts &parts, const QPalette &palette, const QString &caption)

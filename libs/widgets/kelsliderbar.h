@@ -4,6 +4,8 @@
 
 #include <kelslider.h>
 
+#include <QColor>
+#include <QPixmap>
 #include <QRectF>
 
 class QPainter;
@@ -30,8 +32,30 @@ struct SliderBarParts {
 /// Lays out a bar of the size \a size in pixels.
 SliderBarParts layoutSliderBar(const QSize &size, const SliderBarState &state);
 
-/// Draws fill, zero line and outline with corners of the radius \a radius.
-void drawSliderBar(QPainter &painter, const SliderBarParts &parts, const QPalette &palette, double radius);
+/// Zero line and outline as a picture, which stays the same while the value moves.
+class SliderBarFrame
+{
+public:
+    /// For corners of the radius \a radius and a device of \a pixelRatio; painted anew when anything differs.
+    const QPixmap &picture(const SliderBarParts &parts, const QColor &color, double radius, qreal pixelRatio);
+
+private:
+    struct Look {
+        QSizeF size;
+        int zeroX = -1;
+        QColor color;
+        double radius = 0.0;
+        qreal pixelRatio = 0.0;
+
+        bool operator==(const Look &other) const;
+    };
+
+    Look m_look;
+    QPixmap m_picture;
+};
+
+/// Draws the filled part with corners of the radius \a radius.
+void drawSliderFill(QPainter &painter, const SliderBarParts &parts, const QPalette &palette, double radius);
 
 /// Draws \a caption over the bar, in the highlighted colour where the bar is filled.
 void drawSliderCaption(QPainter &painter, const SliderBarParts &parts, const QPalette &palette, const QString &caption);

@@ -2,6 +2,7 @@
 
 #include <kellight.h>
 
+#include <QPaintEngine>
 #include <QPainter>
 
 class tst_KelLightPaint : public QObject
@@ -24,6 +25,10 @@ private Q_SLOTS:
     void changesAreShown_data();
     void changesAreShown();
     void stillLightIsTheSameAsAMovingOne();
+    void fadeLeavesNoTrace_data();
+    void fadeLeavesNoTrace();
+    void fadeDrawsEachVisiblePictureOnce_data();
+    void fadeDrawsEachVisiblePictureOnce();
 };
 
 namespace
@@ -47,6 +52,66 @@ QImage render(KelLight &light)
     light.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
     return image;
 }
+
+/// Takes every drawing and only counts it.
+class CountingEngine : public QPaintEngine
+{
+public:
+    CountingEngine()
+        : QPaintEngine(QPaintEngine::AllFeatures)
+    {
+    }
+
+    bool begin(QPaintDevice *) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState &) override {}
+    Type type() const override { return QPaintEngine::User; }
+    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override { ++pixmaps; }
+    void drawImage(const QRectF &, const QImage &, const QRectF &, Qt::ImageConversionFlags) override { ++others; }
+    void drawTiledPixmap(const QRectF &, const QPixmap &, const QPointF &) override { ++others; }
+    void drawPath(const QPainterPath &) override { ++others; }
+    void drawPolygon(const QPointF *, int, PolygonDrawMode) override { ++others; }
+
+    int pixmaps = 0;
+    int others = 0; ///< Anything that is not a drawPixmap.
+};
+
+class CallCounter : public QPaintDevice
+{
+public:
+    explicit CallCounter(const QSize &size)
+        : m_size(size)
+    {
+    }
+
+    QPaintEngine *paintEngine() const override { return &m_engine; }
+    int pixmaps() const { return m_engine.pixmaps; }
+    int others() const { return m_engine.others; }
+    void reset() { m_engine.pixmaps = m_engine.others = 0; }
+
+protected:
+    int metric(PaintDeviceMetric metric) const override
+    {
+        switch (metric) {
+        case PdmWidth:
+            return m_size.width();
+        case PdmHeight:
+            return m_size.height();
+        case PdmDepth:
+            return 32;
+        case PdmDevicePixelRatioScaled:
+            return int(QPaintDevice::devicePixelRatioFScale());
+        case PdmDevicePixelRatio:
+            return 1;
+        default:
+            return 96;
+        }
+    }
+
+private:
+    QSize m_size;
+    mutable CountingEngine m_engine;
+};
 
 } // namespace
 
@@ -305,6 +370,81 @@ void tst_KelLightPaint::stillLightIsTheSameAsAMovingOne()
                                           qAbs(qGreen(still.pixel(x, y)) - qGreen(moving.pixel(x, y))));
     }
     QVERIFY2(farthest <= 4, qPrintable(QString::number(farthest)));
+}
+
+void tst_KelLightPaint::fadeLeavesNoTrace_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<double>("angleShift");
+    QTest::addColumn<double>("barSize");
+
+    for (const QSize &size : {QSize(60, 60), QSize(201, 150), QSize(420, 400)}) {
+        for (const double shift : {0.0, 20.0, 120.0, 180.0}) {
+            for (const double bar : {5.0, 30.0, 100.0})
+                QTest::addRow("%d px, shift %g, bar %g", size.width(), shift, bar) << size << shift << bar;
+        }
+    }
+}
+
+// A fade paints only what changes; that must never differ from a light painted as a whole.
+void tst_KelLightPaint::fadeLeavesNoTrace()
+{
+    QFETCH(QSize, size);
+    QFETCH(double, angleShift);
+    QFETCH(double, barSize);
+
+    const auto prepare = [&](KelLight &light) {
+        light.setAngleShift(angleShift);
+        light.setBarSize(barSize);
+        light.setLevel(100.0); // starts an animation, which no event moves on
+        show(light, size, 0.0);
+    };
+    KelLight fading;
+    prepare(fading);
+    for (const double level : {0.0, 0.4, 3.0, 30.0, 31.0, 99.0, 100.0, 99.9, 50.0, 75.0, 0.0, 100.0, 0.0}) {
+        fading.setProperty("h__anim", level);
+        KelLight fresh;
+        prepare(fresh);
+        fresh.setProperty("h__anim", level);
+        QVERIFY2(render(fading) == render(fresh), qPrintable(QString::number(level)));
+    }
+}
+
+void tst_KelLightPaint::fadeDrawsEachVisiblePictureOnce_data()
+{
+    QTest::addColumn<bool>("binary");
+    QTest::addColumn<double>("level");
+    QTest::addColumn<int>("visible");
+
+    for (const bool binary : {false, true}) {
+        const char *kind = binary ? "binary" : "dimmer";
+        QTest::addRow("%s, dark", kind) << binary << 0.0 << 1;
+        QTest::addRow("%s, warm", kind) << binary << 10.0 << 3;
+        QTest::addRow("%s, before the halo", kind) << binary << 70.0 << 3;
+        QTest::addRow("%s, halo", kind) << binary << 71.0 << 4;
+        QTest::addRow("%s, full", kind) << binary << 100.0 << 4;
+    }
+}
+
+void tst_KelLightPaint::fadeDrawsEachVisiblePictureOnce()
+{
+    QFETCH(bool, binary);
+    QFETCH(double, level);
+    QFETCH(int, visible);
+
+    KelLight light;
+    light.setBinary(binary);
+    light.setLevel(100.0);
+    show(light, QSize(120, 120), 40.0);
+    CallCounter counter(light.size());
+    light.render(&counter, QPoint(), QRegion(), QWidget::RenderFlags());
+    QCOMPARE(counter.pixmaps(), 3);
+
+    light.setProperty("h__anim", level);
+    counter.reset();
+    light.render(&counter, QPoint(), QRegion(), QWidget::RenderFlags());
+    QCOMPARE(counter.pixmaps(), visible);
+    QCOMPARE(counter.others(), 0);
 }
 
 KEL_TEST_MAIN(tst_KelLightPaint)
