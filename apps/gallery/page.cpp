@@ -105,7 +105,9 @@ void settle(const QWidget &page)
             return;
         before = now;
         QEventLoop loop;
-        QTimer::singleShot(LookMs, &loop, &QEventLoop::quit);
+        QTimer next;
+        QObject::connect(&next, &QTimer::timeout, &loop, &QEventLoop::quit);
+        next.start(LookMs);
         loop.exec();
     }
 }
@@ -127,7 +129,7 @@ QImage paint(QWidget &page, const QVector<Exhibit> &exhibits)
     page.show();
     settle(page);
 
-    const QImage image = page.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    QImage image = page.grab().toImage().convertToFormat(QImage::Format_RGB32);
     for (const Exhibit &exhibit : exhibits) {
         const QRect place(exhibit.widget->mapTo(&page, QPoint()), exhibit.widget->size());
         if (!exhibit.widget->isVisible() || isOneColor(image.copy(place)))
