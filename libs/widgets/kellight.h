@@ -125,7 +125,7 @@ private:
     QPixmap emptyPainting() const;
     void paintLight(QPainter &painter);
     void updateBase(const KelLightGeometry::Layout &where, double percent);
-    void drawRing(QPainter &painter, const KelLightGeometry::Layout &where, double percent) const;
+    void paintStencils(const KelLightGeometry::Layout &where);
     void drawGlow(QPainter &painter, const QRect &picture, double percent) const;
 
     IconType m_iconType = Bulb;
@@ -152,5 +152,7 @@ private:
     qreal m_pictureRatio = 0.0;
     QPixmap m_base; // ring and unlit lamp at m_basePercent; null when it must be drawn anew
     double m_basePercent = 0.0;
-    QPixmap m_still; // the whole light while nothing moves; null when it must be drawn anew
+    QPixmap m_ringShape; // where the ring is, for whatever colours it has
+    QPixmap m_overRing;  // its outline and the unlit lamp
+    QPixmap m_still;     // the whole light while nothing moves; null when it must be drawn anew
 };

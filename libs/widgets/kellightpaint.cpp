@@ -66,14 +66,16 @@ double unlitEnd(double percent, qreal glow, double shift)
     return (360.0 - 2.0 * shift) / 360.0 * (1.0 - percent / (100.0 - glow / 3.6)) + shift / 360.0;
 }
 
-QBrush ringBrush(double percent, qreal glow, double shift, const QColor &fill, const QColor &back)
+// For a ring around \a centre on an unturned painter.
+QBrush ringBrush(const QPointF &centre, double percent, qreal glow, double shift, const QColor &fill,
+                 const QColor &back)
 {
     const double end = unlitEnd(percent, glow, shift);
     const double lit = qBound(0.0, glow / 360.0 + end, 1.0);
     if (lit <= 0.0)
         return fill;
 
-    QConicalGradient gradient(0.0, 0.0, 0.0);
+    QConicalGradient gradient(centre, -RingBegin);
     gradient.setColorAt(1.0, fill);
     gradient.setColorAt(lit, fill);
     gradient.setColorAt(qBound(0.0, end, 1.0), back);
@@ -145,6 +147,8 @@ void KelLight::scalePictures()
 void KelLight::dropPaintings()
 {
     m_base = QPixmap();
+    m_ringShape = QPixmap();
+    m_overRing = QPixmap();
     m_still = QPixmap();
 }
 
@@ -197,45 +201,57 @@ void KelLight::paintLight(QPainter &painter)
     drawGlow(painter, where.picture, percent);
 }
 
-// The ring's gradient costs more than all pictures, so a fade paints only the part that it moves over.
+// The ring's gradient costs more than all pictures, so a fade paints only the part that it moves over,
+// and through a stencil instead of once more along curved lines.
 void KelLight::updateBase(const Layout &where, double percent)
 {
     const bool isNew = m_base.isNull();
     if (!isNew && (m_binary || percent == m_basePercent))
         return;
-    if (isNew)
+    if (isNew) {
         m_base = emptyPainting();
+        paintStencils(where);
+    }
 
     const QPointF centre(width() * 0.5, height() * 0.5);
+    const QRectF changed = changedPart(where, m_angleShift, m_basePercent, percent).translated(centre);
+    const QRect part = isNew ? rect() : changed.toAlignedRect().adjusted(-1, -1, 1, 1);
     QPainter painter(&m_base);
-    if (!isNew) {
-        const QRectF changed = changedPart(where, m_angleShift, m_basePercent, percent).translated(centre);
-        painter.setClipRect(changed.toAlignedRect().adjusted(-1, -1, 1, 1));
-        painter.setCompositionMode(QPainter::CompositionMode_Source);
-        painter.fillRect(rect(), Qt::transparent);
-        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    }
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.translate(centre);
-    drawRing(painter, where, percent);
-    painter.drawPixmap(where.picture.topLeft(), m_pictures.off);
+    painter.setClipRect(part);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawPixmap(0, 0, m_ringShape);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(part, ringBrush(centre, percent, where.glow, m_angleShift, m_fillColor, m_backColor));
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.drawPixmap(0, 0, m_overRing);
     m_basePercent = percent;
 }
 
-void KelLight::drawRing(QPainter &painter, const Layout &where, double percent) const
+void KelLight::paintStencils(const Layout &where)
 {
-    painter.save();
-    painter.rotate(RingBegin);
-    painter.setPen(QPen(QBrush(Qt::darkGray), where.penWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
     const QRectF ring = squareAround(where.radius);
-    if (m_binary) {
-        painter.setBrush(Qt::NoBrush);
-        painter.drawEllipse(ring);
-    } else {
-        painter.setBrush(ringBrush(percent, where.glow, m_angleShift, m_fillColor, m_backColor));
-        painter.drawPath(ringPath(ring, where.ringWidth, m_angleShift));
-    }
-    painter.restore();
+    QPainterPath path;
+    if (m_binary)
+        path.addEllipse(ring);
+    else
+        path = ringPath(ring, where.ringWidth, m_angleShift);
+    const QPen line(QBrush(Qt::darkGray), where.penWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
+
+    const auto draw = [&](QPixmap &stencil, const QPen &pen, const QBrush &brush, const QPixmap &lamp) {
+        stencil = emptyPainting();
+        QPainter painter(&stencil);
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        painter.translate(width() * 0.5, height() * 0.5);
+        painter.save();
+        painter.rotate(RingBegin);
+        painter.setPen(pen);
+        painter.setBrush(brush);
+        painter.drawPath(path);
+        painter.restore();
+        painter.drawPixmap(where.picture.topLeft(), lamp);
+    };
+    draw(m_ringShape, Qt::NoPen, m_binary ? QBrush() : QBrush(Qt::black), QPixmap());
+    draw(m_overRing, line, QBrush(), m_pictures.off);
 }
 
 void KelLight::drawGlow(QPainter &painter, const QRect &picture, double percent) const
