@@ -60,7 +60,6 @@ void tst_Demo::playsWithoutADisplay()
     QVERIFY2(run.output.contains("panel  -- porchLight is on"), run.output.constData());
     QVERIFY2(run.output.contains("panel  -> A1 05 21  hallClimateDevice"), run.output.constData());
     QVERIFY2(run.output.contains("device -> A3 05 "), run.output.constData());
-    QVERIFY2(run.elapsedMs < 10000, qPrintable(QString::number(run.elapsedMs)));
 
     const QImage picture(folder.filePath(QStringLiteral("demo.png")));
     QVERIFY(!picture.isNull());
