@@ -7,6 +7,7 @@
 #include <scaling.h>
 
 #include <cmath>
+#include <functional>
 
 class tst_KelSliderBar : public QObject
 {
@@ -20,6 +21,8 @@ private Q_SLOTS:
     void zeroLine_data();
     void zeroLine();
     void colorsOfGroups();
+    void frameFollowsChanges_data();
+    void frameFollowsChanges();
     void outlineIsRounded();
     void captionInTheBar();
     void captionIsNotInTheBarOtherwise();
@@ -125,6 +128,8 @@ bool isNear(int value, double wanted)
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(std::function<void(Bench &)>)
 
 void tst_KelSliderBar::fill_data()
 {
@@ -272,6 +277,45 @@ void tst_KelSliderBar::colorsOfGroups()
     QCOMPARE(image.pixelColor(20, 20), Fill);
     QVERIFY(image.pixelColor(150, 0).red() < 200); // the line has its disabled colour
     QVERIFY(image.pixelColor(150, 0).green() > 240);
+}
+
+void tst_KelSliderBar::frameFollowsChanges_data()
+{
+    using Change = std::function<void(Bench &)>;
+    QTest::addColumn<Change>("change");
+
+    QTest::newRow("size") << Change([](Bench &bench) { bench.bar->setFixedSize(260, 50); });
+    QTest::newRow("zero line moves") << Change([](Bench &bench) { bench.slider.setMaximum(300); });
+    QTest::newRow("zero line goes") << Change([](Bench &bench) { bench.slider.setBarStyle(KelSlider::MinToValue); });
+    QTest::newRow("disabled") << Change([](Bench &bench) { bench.slider.disable(); });
+    QTest::newRow("palette") << Change([](Bench &bench) {
+        QPalette palette = bench.slider.palette();
+        palette.setColor(QPalette::Dark, Qt::magenta);
+        bench.slider.setPalette(palette);
+    });
+}
+
+// The frame's picture is kept between paintings; whatever changes it must show at once.
+void tst_KelSliderBar::frameFollowsChanges()
+{
+    QFETCH(std::function<void(Bench &)>, change);
+    const auto prepare = [](Bench &bench) {
+        QPalette palette = bench.slider.palette();
+        palette.setColor(QPalette::Disabled, QPalette::Dark, Qt::cyan);
+        bench.slider.setPalette(palette);
+        bench.slider.setMinimum(-100);
+        bench.slider.setMaximum(100);
+    };
+    Bench used;
+    prepare(used);
+    const QImage before = used.picture();
+    change(used);
+    Bench fresh;
+    prepare(fresh);
+    change(fresh);
+
+    QVERIFY(used.picture() != before);
+    QCOMPARE(used.picture(), fresh.picture());
 }
 
 void tst_KelSliderBar::outlineIsRounded()
