@@ -3,7 +3,8 @@
 // To be fair to both sides: every widget is shown first, so that style, font and layout are settled;
 // it then paints into the same premultiplied image through QWidget::render, without background and
 // children, which does the same work around both paint events. A widget that shows a value gets
-// another one before every frame, so that nobody profits from a picture of the frame before. Peers
+// another one before every frame, so that nobody profits from a picture of the frame before; updates are
+// off, since some would paint themselves a second time on the screen at every new value. Peers
 // that are plain drawPixmap calls stand in the paint event of an otherwise empty widget. What our
 // slider bar does not have (a scale) its peer paints only in a row that says so.
 #include "comparison.h"
@@ -63,6 +64,7 @@ Widget &shown(Widget *widget, const QSize &size)
     widgets().emplace_back(widget);
     widget->setFixedSize(size);
     widget->show();
+    widget->setUpdatesEnabled(false);
     return *widget;
 }
 
