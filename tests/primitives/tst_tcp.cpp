@@ -5,6 +5,8 @@
 
 #include <pitcp.h>
 
+#include <netdb.h>
+
 #include <atomic>
 #include <memory>
 #include <thread>
@@ -70,6 +72,10 @@ void tst_Tcp::carriesBytesBothWays()
 
 void tst_Tcp::opensByHostName()
 {
+    addrinfo *found = nullptr;
+    if (getaddrinfo("localhost", nullptr, nullptr, &found) != 0)
+        QSKIP("this machine has no name for itself");
+    freeaddrinfo(found);
     TcpPeer peer;
     PITcp tcp;
     tcp.setPath(Q2PIString(QStringLiteral("localhost:%1").arg(peer.port())));
