@@ -104,48 +104,34 @@ StreamScan::StreamScan(const QByteArray &bytes)
 
 bool StreamScan::text()
 {
-    quint32 size = 0;
-    if (!number(size))
-        return false;
-    if (size == NullMark || size == 0)
-        return true;
-    m_cost += BlockCost + size;
-    return size % sizeof(QChar) == 0 && skip(size);
+    return block(sizeof(QChar));
 }
 
 bool StreamScan::bytes()
 {
+    return block(1);
+}
+
+/// A length, then whole units of \a unitSize bytes.
+bool StreamScan::block(quint32 unitSize)
+{
     quint32 size = 0;
     if (!number(size))
         return false;
     if (size == NullMark || size == 0)
         return true;
     m_cost += BlockCost + size;
-    return skip(size);
+    return size % unitSize == 0 && skip(size);
 }
 
 bool StreamScan::texts()
 {
-    quint32 size = 0;
-    if (!count(size, SmallestText, PointerCost))
-        return false;
-    for (quint32 i = 0; i < size; ++i) {
-        if (!text())
-            return false;
-    }
-    return true;
+    return list(SmallestText, PointerCost, [this] { return text(); });
 }
 
 bool StreamScan::byteArrays()
 {
-    quint32 size = 0;
-    if (!count(size, SmallestText, PointerCost))
-        return false;
-    for (quint32 i = 0; i < size; ++i) {
-        if (!bytes())
-            return false;
-    }
-    return true;
+    return list(SmallestText, PointerCost, [this] { return bytes(); });
 }
 
 bool StreamScan::variant()
@@ -161,23 +147,23 @@ bool StreamScan::variant()
 
 bool StreamScan::variants()
 {
-    quint32 size = 0;
-    if (!count(size, SmallestVariant, ListNodeCost))
-        return false;
-    for (quint32 i = 0; i < size; ++i) {
-        if (!variant())
-            return false;
-    }
-    return true;
+    return list(SmallestVariant, ListNodeCost, [this] { return variant(); });
 }
 
 bool StreamScan::namedVariants()
 {
+    return list(SmallestEntry, MapNodeCost, [this] { return text() && variant(); });
+}
+
+/// A count, then as many elements; \a element steps over one.
+template <typename Element>
+bool StreamScan::list(qint64 smallestElement, qint64 elementCost, Element element)
+{
     quint32 size = 0;
-    if (!count(size, SmallestEntry, MapNodeCost))
+    if (!count(size, smallestElement, elementCost))
         return false;
     for (quint32 i = 0; i < size; ++i) {
-        if (!text() || !variant())
+        if (!element())
             return false;
     }
     return true;

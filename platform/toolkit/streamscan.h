@@ -30,6 +30,9 @@ private:
     qint64 left() const { return m_end - m_at; }
     bool skip(qint64 count);
     bool number(quint32 &value);
+    bool block(quint32 unitSize);
+    template <typename Element>
+    bool list(qint64 smallestElement, qint64 elementCost, Element element);
     bool count(quint32 &value, qint64 smallestElement, qint64 elementCost);
     bool bits();
     bool dateTime();

@@ -1,11 +1,6 @@
+#include "buttonbench.h"
 #include "buttonlog.h"
 #include "testmain.h"
-
-#include <QPropertyAnimation>
-#include <functional>
-
-using Action = std::function<void(KelButton &)>;
-Q_DECLARE_METATYPE(Action)
 
 /// States: what the slots make of them and what they announce.
 class tst_KelButtonState : public QObject
@@ -31,28 +26,6 @@ private Q_SLOTS:
     void disableGoesGrayFirst();
     void enables();
 };
-
-static QPropertyAnimation *animationOf(const KelButton &button)
-{
-    return button.findChild<QPropertyAnimation *>();
-}
-
-static QColor faceOf(const KelButton &button)
-{
-    return button.h__currentColor();
-}
-
-static const QColor Blue(0, 0, 255);
-static const QColor Grayish(100, 101, 102);
-
-/// A button whose colours all differ from each other and that shows every change at once.
-static void prepare(KelButton &button)
-{
-    button.setAnimated(false);
-    button.setGrayColor(Grayish);
-    button.setStateGray();
-    button.setClickID(7);
-}
 
 void tst_KelButtonState::goesTo_data()
 {

@@ -1,3 +1,4 @@
+#include "sliderbench.h"
 #include "testmain.h"
 
 #include <QHBoxLayout>
@@ -46,52 +47,12 @@ private Q_SLOTS:
     void titleIsAnnounced();
     void titleInsideBar();
 
-    void readOnly();
-    void readOnlyBeatsShowDecInc();
-    void showMinMax();
-    void showDecInc();
-
-    void buttons_data();
-    void buttons();
-    void clickSlots();
-    void stepButtonsRepeat();
-    void readOnlyIgnoresButtons();
-
     void numbered_data();
     void numbered();
     void intOverloads();
     void enableAndDisable();
     void spacingAndButtonSize();
 };
-
-namespace
-{
-
-KelButton *button(const KelSlider &slider, const char *name)
-{
-    return slider.findChild<KelButton *>(QLatin1String(name));
-}
-
-constexpr const char *ButtonNames[] = {"qt_pbMin", "qt_pbMax", "qt_pbDec", "qt_pbZero", "qt_pbInc"};
-
-/// Everything that the slider announces, in order.
-QStringList announced(KelSlider &slider, const std::function<void()> &action)
-{
-    QStringList log;
-    QObject guard;
-    QObject::connect(&slider, QOverload<double>::of(&KelSlider::valueChanged), &guard,
-                     [&log](double value) { log += QStringLiteral("double %1").arg(value); });
-    QObject::connect(&slider, QOverload<int>::of(&KelSlider::valueChanged), &guard,
-                     [&log](int value) { log += QStringLiteral("int %1").arg(value); });
-    QObject::connect(&slider, QOverload<int, double>::of(&KelSlider::valueChangedID), &guard,
-                     [&log](int id, double value) { log += QStringLiteral("%1 double %2").arg(id).arg(value); });
-    QObject::connect(&slider, QOverload<int, int>::of(&KelSlider::valueChangedID), &guard,
-                     [&log](int id, int value) { log += QStringLiteral("%1 int %2").arg(id).arg(value); });
-    action();
-    return log;
-}
-
-} // namespace
 
 void tst_KelSlider::defaults()
 {
@@ -542,132 +503,6 @@ void tst_KelSlider::titleInsideBar()
     QVERIFY(static_cast<QGroupBox &>(slider).title().isEmpty());
     slider.setTitleInsideBar(false);
     QCOMPARE(static_cast<QGroupBox &>(slider).title(), QStringLiteral("T=3"));
-}
-
-void tst_KelSlider::readOnly()
-{
-    KelSlider slider;
-    slider.setReadOnly(true);
-    QVERIFY(slider.readOnly());
-    QVERIFY(button(slider, "qt_pbDec")->isHidden());
-    QVERIFY(button(slider, "qt_pbInc")->isHidden());
-    QVERIFY(!button(slider, "qt_pbMin")->isHidden());
-    QVERIFY(!button(slider, "qt_pbMax")->isHidden());
-
-    slider.setValue(9); // the program may
-    QCOMPARE(slider.value(), 9.0);
-}
-
-void tst_KelSlider::readOnlyBeatsShowDecInc()
-{
-    KelSlider slider;
-    slider.setShowDecInc(false);
-    slider.setReadOnly(false);
-
-    QVERIFY(!slider.showDecInc());
-    QVERIFY(!button(slider, "qt_pbDec")->isHidden());
-    QVERIFY(!button(slider, "qt_pbInc")->isHidden());
-}
-
-void tst_KelSlider::showMinMax()
-{
-    KelSlider slider;
-    slider.setShowMinMax(false);
-    QVERIFY(!slider.showMinMax());
-    QVERIFY(button(slider, "qt_pbMin")->isHidden());
-    QVERIFY(button(slider, "qt_pbMax")->isHidden());
-    QVERIFY(!button(slider, "qt_pbInc")->isHidden());
-    slider.setShowMinMax(true);
-    QVERIFY(!button(slider, "qt_pbMin")->isHidden());
-}
-
-void tst_KelSlider::showDecInc()
-{
-    KelSlider slider;
-    slider.setShowDecInc(false);
-    QVERIFY(button(slider, "qt_pbDec")->isHidden());
-    QVERIFY(button(slider, "qt_pbInc")->isHidden());
-    slider.setReadOnly(true);
-    slider.setShowDecInc(true);
-    QVERIFY(!button(slider, "qt_pbDec")->isHidden());
-}
-
-void tst_KelSlider::buttons_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<double>("value");
-
-    QTest::newRow("min") << QStringLiteral("qt_pbMin") << -20.0;
-    QTest::newRow("max") << QStringLiteral("qt_pbMax") << 254.0;
-    QTest::newRow("dec") << QStringLiteral("qt_pbDec") << 8.0;
-    QTest::newRow("zero") << QStringLiteral("qt_pbZero") << 0.0;
-    QTest::newRow("inc") << QStringLiteral("qt_pbInc") << 12.0;
-}
-
-void tst_KelSlider::buttons()
-{
-    QFETCH(QString, name);
-    QFETCH(double, value);
-    KelSlider slider;
-    slider.setMinimum(-20);
-    slider.setPrecision(2);
-    slider.setMaximum(254);
-    slider.setValue(10);
-    slider.resize(600, 80);
-    slider.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&slider));
-    QSignalSpy spy(&slider, QOverload<double>::of(&KelSlider::valueChanged));
-
-    QTest::mouseClick(button(slider, name.toLatin1().constData()), Qt::LeftButton);
-    QCOMPARE(slider.value(), value);
-    QCOMPARE(spy.count(), 1);
-}
-
-void tst_KelSlider::clickSlots()
-{
-    KelSlider slider;
-    slider.setMinimum(-20);
-    slider.setPrecision(2);
-    slider.setReadOnly(true); // the program may still
-
-    slider.clickMax();
-    QCOMPARE(slider.value(), 256.0);
-    slider.clickInc();
-    QCOMPARE(slider.value(), 256.0);
-    slider.clickDec();
-    QCOMPARE(slider.value(), 254.0);
-    slider.clickMin();
-    QCOMPARE(slider.value(), -20.0);
-    slider.clickInc();
-    QCOMPARE(slider.value(), -18.0);
-    slider.clickZero();
-    QCOMPARE(slider.value(), 0.0);
-}
-
-void tst_KelSlider::stepButtonsRepeat()
-{
-    KelSlider slider;
-    button(slider, "qt_pbInc")->setAutoRepeatDelay(1);
-    button(slider, "qt_pbInc")->setAutoRepeatInterval(1);
-    slider.resize(600, 80);
-    slider.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&slider));
-
-    QTest::mousePress(button(slider, "qt_pbInc"), Qt::LeftButton);
-    QTRY_VERIFY(slider.value() >= 3.0);
-    QTest::mouseRelease(button(slider, "qt_pbInc"), Qt::LeftButton);
-}
-
-void tst_KelSlider::readOnlyIgnoresButtons()
-{
-    KelSlider slider;
-    slider.setMinimum(-20);
-    slider.setValue(10);
-    slider.setReadOnly(true);
-    for (const char *name : ButtonNames) {
-        button(slider, name)->click();
-        QCOMPARE(slider.value(), 10.0);
-    }
 }
 
 void tst_KelSlider::numbered_data()
