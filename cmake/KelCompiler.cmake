@@ -12,6 +12,26 @@ if(KEL_SANITIZE)
     add_link_options(-fsanitize=${KEL_SANITIZE})
 endif()
 
+# A panel server reads what devices and files send it: mistakes in our code or in a library shall end
+# the program, not be of use to anyone. Sanitizers bring checks of their own and don't mix with these.
+include(CheckPIESupported)
+check_pie_supported()
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+if(NOT KEL_SANITIZE)
+    add_compile_options(-fstack-protector-strong -fstack-clash-protection)
+    if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|i686)$")
+        add_compile_options(-fcf-protection)
+    endif()
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+    # The C library's checks need an optimising build and say so with a warning otherwise.
+    string(TOUPPER "${CMAKE_BUILD_TYPE}" type)
+    if("${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${type}}" MATCHES "-O[123gs]")
+        set(KEL_FORTIFIED ON)
+        add_compile_definitions(_FORTIFY_SOURCE=2)
+    endif()
+    add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
 # The fuzzer finds its way by the branches that an input takes: the libraries must show theirs.
 if(KEL_BUILD_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
