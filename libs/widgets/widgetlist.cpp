@@ -4,6 +4,7 @@
 #include "kellight.h"
 #include "kelslider.h"
 #include "kelswitch.h"
+#include "kelthermometer.h"
 #include "localdevice.h"
 #include "qtimerwidget.h"
 
@@ -39,6 +40,10 @@ const QVector<KelWidgetInfo> &kelWidgetList()
         {QStringLiteral("KelSwitch"), group(), QStringLiteral(":/icons/kelswitch.png"), QStringLiteral("Switch"),
          QStringLiteral("Switch with two positions. A click toggles it, and its handle can be dragged."), QSize(96, 36),
          false, create<KelSwitch>},
+        {QStringLiteral("KelThermometer"), group(), QStringLiteral(":/icons/kelthermometer.png"),
+         QStringLiteral("Thermometer"),
+         QStringLiteral("Shows a temperature as a column of liquid that turns from blue to red. A press sets it."),
+         QSize(120, 300), false, create<KelThermometer>},
         {QStringLiteral("QTimerWidget"), group(), QStringLiteral(":/icons/qtimerwidget.png"), QStringLiteral("Timer"),
          QStringLiteral("Ticks at an interval, once or again and again. It is not seen while the panel runs."),
          QSize(32, 32), false, create<QTimerWidget>},
