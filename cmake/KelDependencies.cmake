@@ -2,7 +2,7 @@
 
 find_package(QT NAMES Qt5 Qt6 REQUIRED COMPONENTS Core)
 set(KEL_QT Qt${QT_VERSION_MAJOR})
-find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools Network)
+find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools UiPlugin Network)
 if(KEL_BUILD_TESTS)
     find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test)
 endif()
@@ -17,3 +17,10 @@ pkg_check_modules(sodium REQUIRED IMPORTED_TARGET libsodium)
 pkg_check_modules(muparserx REQUIRED IMPORTED_TARGET muparserx)
 find_path(KEL_ASIO_INCLUDE asio.hpp REQUIRED)
 find_package(CLI11 REQUIRED)
+
+# Where Qt Designer looks for plugins, below Qt's own prefix.
+get_target_property(qmake ${KEL_QT}::qmake IMPORTED_LOCATION)
+execute_process(COMMAND ${qmake} -query QT_INSTALL_PREFIX OUTPUT_VARIABLE prefix OUTPUT_STRIP_TRAILING_WHITESPACE)
+execute_process(COMMAND ${qmake} -query QT_INSTALL_PLUGINS OUTPUT_VARIABLE plugins OUTPUT_STRIP_TRAILING_WHITESPACE)
+file(RELATIVE_PATH plugins ${prefix} ${plugins})
+set(KEL_DESIGNER_PLUGIN_DIR ${plugins}/designer CACHE STRING "Where the Qt Designer plugin goes, below the prefix")
