@@ -124,6 +124,7 @@ void FormReader::readConnections()
 void FormReader::readConnection()
 {
     FormConnection connection;
+    connection.line = int(m_xml.lineNumber());
     while (m_xml.readNextStartElement()) {
         const QString name = m_xml.name().toString();
         QString *field = name == QLatin1String("sender")     ? &connection.sender

@@ -13,6 +13,7 @@ struct FormConnection {
     QString signal;
     QString receiver;
     QString slot;
+    int line = 0; ///< Of the form file.
 };
 
 /// A form that is safe to hand to the form loader, or the line that says why not.

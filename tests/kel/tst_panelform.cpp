@@ -86,7 +86,7 @@ void tst_PanelForm::largeFileIsRefused()
 
 void tst_PanelForm::connectionsAreKeptBack()
 {
-    const PanelForm form = formOf("<ui><widget class='QWidget'/><connections>"
+    const PanelForm form = formOf("<ui><widget class='QWidget'/>\n<connections>"
                                   "<connection><sender>a</sender><signal>s(int)</signal><receiver>b</receiver>"
                                   "<slot>t(int)</slot><hints><hint type='x'><x>1</x></hint></hints></connection>"
                                   "<other/><connection/></connections></ui>");
@@ -96,6 +96,7 @@ void tst_PanelForm::connectionsAreKeptBack()
     QCOMPARE(form.connections.at(0).signal, QStringLiteral("s(int)"));
     QCOMPARE(form.connections.at(0).receiver, QStringLiteral("b"));
     QCOMPARE(form.connections.at(0).slot, QStringLiteral("t(int)"));
+    QCOMPARE(form.connections.at(0).line, 2);
     QVERIFY(!form.text.contains("connection"));
 }
 
