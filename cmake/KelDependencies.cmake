@@ -2,7 +2,7 @@
 
 find_package(QT NAMES Qt5 Qt6 REQUIRED COMPONENTS Core)
 set(KEL_QT Qt${QT_VERSION_MAJOR})
-find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql UiTools UiPlugin Network)
+find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql Svg UiTools UiPlugin Network)
 if(KEL_BUILD_TESTS)
     find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test)
 endif()
@@ -24,3 +24,11 @@ execute_process(COMMAND ${qmake} -query QT_INSTALL_PREFIX OUTPUT_VARIABLE prefix
 execute_process(COMMAND ${qmake} -query QT_INSTALL_PLUGINS OUTPUT_VARIABLE plugins OUTPUT_STRIP_TRAILING_WHITESPACE)
 file(RELATIVE_PATH plugins ${prefix} ${plugins})
 set(KEL_DESIGNER_PLUGIN_DIR ${plugins}/designer CACHE STRING "Where the Qt Designer plugin goes, below the prefix")
+
+# The plot library's own package description asks for parts of Qt that a plot does not need.
+find_path(KEL_QWT_INCLUDE qwt_plot.h PATH_SUFFIXES qwt qwt-qt5 REQUIRED)
+find_library(KEL_QWT_LIBRARY NAMES qwt-qt5 qwt REQUIRED)
+add_library(kel_qwt INTERFACE IMPORTED)
+set_target_properties(kel_qwt PROPERTIES
+    INTERFACE_INCLUDE_DIRECTORIES ${KEL_QWT_INCLUDE}
+    INTERFACE_LINK_LIBRARIES ${KEL_QWT_LIBRARY})
