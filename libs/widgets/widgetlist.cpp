@@ -4,6 +4,7 @@
 #include "kellight.h"
 #include "kelslider.h"
 #include "kelswitch.h"
+#include "keltabwidget.h"
 #include "kelthermometer.h"
 #include "localdevice.h"
 #include "qtimerwidget.h"
@@ -40,6 +41,10 @@ const QVector<KelWidgetInfo> &kelWidgetList()
         {QStringLiteral("KelSwitch"), group(), QStringLiteral(":/icons/kelswitch.png"), QStringLiteral("Switch"),
          QStringLiteral("Switch with two positions. A click toggles it, and its handle can be dragged."), QSize(96, 36),
          false, create<KelSwitch>},
+        {QStringLiteral("KelTabWidget"), group(), QStringLiteral(":/icons/keltabwidget.png"),
+         QStringLiteral("Tab widget"),
+         QStringLiteral("Pages behind tabs. A finger drags the tabs when they need more room than there is."),
+         QSize(240, 160), true, create<KelTabWidget>},
         {QStringLiteral("KelThermometer"), group(), QStringLiteral(":/icons/kelthermometer.png"),
          QStringLiteral("Thermometer"),
          QStringLiteral("Shows a temperature as a column of liquid that turns from blue to red. A press sets it."),
