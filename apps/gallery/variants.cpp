@@ -1,6 +1,7 @@
 #include "variants.h"
 
 #include <kelbutton.h>
+#include <kelclock.h>
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
@@ -9,6 +10,7 @@
 
 #include <QHash>
 #include <QIcon>
+#include <QTime>
 
 #include <initializer_list>
 #include <utility>
@@ -60,6 +62,18 @@ QVector<GalleryVariant> buttonVariants()
         look("checked", {{"text", "Open"}, {"checkable", true}, {"checked", true}}),
         inDesigner(look("designer: unknown command", {{"text", "Open"}, {"command", "hall.open(1)"}})),
         inDesigner(look("designer: not visible", {{"text", "Open"}, {"buttonVisible", false}})),
+    };
+}
+
+QVector<GalleryVariant> clockVariants()
+{
+    return {
+        look("14:30", {{"time", QTime(14, 30)}}),
+        look("no time yet", {}),
+        look("00:05", {{"time", QTime(0, 5)}}),
+        look("12:55", {{"time", QTime(12, 55)}}),
+        look("09:41, between two numbers", {{"time", QTime(9, 41)}}),
+        look("read-only", {{"time", QTime(18, 15)}, {"readOnly", true}}),
     };
 }
 
@@ -157,9 +171,10 @@ QVector<GalleryVariant> deviceVariants()
 QVector<GalleryVariant> galleryVariants(const QString &className)
 {
     static const QHash<QString, QVector<GalleryVariant> (*)()> Tables = {
-        {QStringLiteral("KelButton"), buttonVariants},   {QStringLiteral("KelLight"), lightVariants},
-        {QStringLiteral("KelSwitch"), switchVariants},   {QStringLiteral("KelSlider"), sliderVariants},
-        {QStringLiteral("QTimerWidget"), timerVariants}, {QStringLiteral("LocalDevice"), deviceVariants},
+        {QStringLiteral("KelButton"), buttonVariants},   {QStringLiteral("KelClock"), clockVariants},
+        {QStringLiteral("KelLight"), lightVariants},     {QStringLiteral("KelSwitch"), switchVariants},
+        {QStringLiteral("KelSlider"), sliderVariants},   {QStringLiteral("QTimerWidget"), timerVariants},
+        {QStringLiteral("LocalDevice"), deviceVariants},
     };
     const auto table = Tables.value(className, nullptr);
     return table ? table() : QVector<GalleryVariant>{look("as it comes", {})};

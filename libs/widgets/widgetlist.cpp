@@ -1,6 +1,7 @@
 #include "widgetlist.h"
 
 #include "kelbutton.h"
+#include "kelclock.h"
 #include "kellight.h"
 #include "kelslider.h"
 #include "kelswitch.h"
@@ -31,6 +32,9 @@ const QVector<KelWidgetInfo> &kelWidgetList()
         {QStringLiteral("KelButton"), group(), QStringLiteral(":/icons/kelbutton.png"), QStringLiteral("Touch button"),
          QStringLiteral("Push button whose face shows a device's answer in colour. Its clicks carry a number."),
          QSize(120, 72), false, create<KelButton>},
+        {QStringLiteral("KelClock"), group(), QStringLiteral(":/icons/kelclock.png"), QStringLiteral("Clock"),
+         QStringLiteral("Sets a time of day by a tap or a drag on the numbers of two clock faces."), QSize(320, 160),
+         false, create<KelClock>},
         {QStringLiteral("KelLight"), group(), QStringLiteral(":/icons/light_bulb_100.png"),
          QStringLiteral("Dimmable light"),
          QStringLiteral("Lamp that glows with its level. A click switches it, a drag around its ring dims it."),

@@ -4,6 +4,7 @@
 
 #include <QIcon>
 #include <QMetaProperty>
+#include <QTime>
 
 #include <memory>
 
@@ -77,6 +78,8 @@ static QVariant otherValue(const QMetaProperty &property, const QVariant &value)
         return value.toSize() + QSize(3, 5);
     case QVariant::Color:
         return QColor(12, 34, 56);
+    case QVariant::Time:
+        return value.toTime().addSecs(14 * 3600 + 35 * 60);
     case QVariant::String:
         return QString(value.toString() + QStringLiteral("lamp.set(1)"));
     default:

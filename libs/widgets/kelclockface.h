@@ -1,0 +1,60 @@
+/// \file
+/// One face of a KelClock as a widget. Not installed.
+#pragma once
+
+#include "kelclockfaceparts.h"
+
+#include <QPixmap>
+
+/// A face with its rings of numbers and its hands. Its highlighted text is the picked number.
+class KelClock::_NumericCircle : public QWidget
+{
+public:
+    _NumericCircle(QVector<ClockRing> rings, QVector<Arrow> hands, KelClock *clock);
+
+    const QString &selectedText() const { return m_selectedText; }
+    void setSelectedText(const QString &text);
+
+    bool isReadOnly() const { return m_isReadOnly; }
+    void setReadOnly(bool isReadOnly) { m_isReadOnly = isReadOnly; }
+
+    float targetAngle(int hand) const { return m_hands.at(hand).targetAngle; }
+    float currentAngle(int hand) const { return m_hands.at(hand).currentAngle; }
+    void setTargetAngle(int hand, float angle) { m_hands[hand].targetAngle = angle; }
+    void setCurrentAngle(int hand, float angle);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    /// What the picture of the still parts depends on.
+    struct Look {
+        QSize size;
+        QPointF shift; // From the pixels of the device, where a fractional scale puts the face between them.
+        qreal pixelRatio = 0.0;
+
+        bool operator==(const Look &other) const;
+    };
+
+    void dropStill();
+    void paintStill(const Look &look);
+    QString pickedText(const QMouseEvent &event);
+
+    QVector<ClockRing> m_rings;
+    QVector<float> m_ringWidths; // Of the rings as painted; empty before.
+    QVector<Arrow> m_hands;
+    QString m_selectedText;
+    int m_pressMinute = -1; // Where the pointer went down, as long as it stays there.
+    bool m_isReadOnly = false;
+    KelClock *m_clock;
+
+    Look m_look;
+    ClockFaceParts m_parts;
+    QPixmap m_still;
+};

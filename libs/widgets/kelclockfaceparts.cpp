@@ -1,0 +1,209 @@
+#include "kelclockfaceparts.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr qreal RadiusPerPen = 80.0;
+constexpr qreal RadiusPerFontPixel = 5.7;
+constexpr qreal FaceToRings = 1.1; // The outermost ring keeps this distance from the rim.
+
+constexpr qreal CircleShare = 0.2; // Of the numbers' side, between a ring and the line around it.
+constexpr qreal WidthShare = 1.4;
+constexpr qreal RingsPerHighlight = 7.0;
+
+constexpr qreal FaintOpacity = 0.5;
+constexpr QColor HighlightColor(128, 128, 255);
+
+constexpr qreal Turn = 2.0 * static_cast<qreal>(ClockPi);
+constexpr int MinutesPerTurn = 60;
+
+qreal smallerSide(const QSize &size)
+{
+    return std::min(size.width(), size.height());
+}
+
+QPointF atAngle(qreal radius, qreal angle)
+{
+    return {radius * std::sin(angle), -radius * std::cos(angle)};
+}
+
+QPen line(qreal width, Qt::PenCapStyle cap)
+{
+    return {Qt::black, width, Qt::SolidLine, cap, Qt::BevelJoin};
+}
+
+/// The side of a square that holds every number of \a ring.
+int sideOf(const ClockRing &ring, const QFontMetrics &metrics)
+{
+    int side = 0;
+    for (const ClockNumber &number : ring) {
+        const QRect bounds = metrics.boundingRect(number.second);
+        side = std::max({side, bounds.width() + 1, bounds.height() + 1});
+    }
+    return side;
+}
+
+void drawCircle(QPainter &painter, qreal radius, qreal penWidth, qreal opacity)
+{
+    if (radius <= 0.0)
+        return;
+    painter.setOpacity(opacity);
+    painter.setPen(line(penWidth, Qt::SquareCap));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(QPointF(), radius, radius);
+}
+
+void drawHighlight(QPainter &painter, const QPointF &place, qreal radius)
+{
+    if (radius <= 0.0)
+        return;
+    painter.setOpacity(FaintOpacity);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(HighlightColor);
+    painter.drawEllipse(place, radius, radius);
+}
+
+void drawNumber(QPainter &painter, const QPointF &place, int side, const QString &text)
+{
+    const qreal reach = side / 2.0 + 1.0;
+    painter.setOpacity(1.0);
+    painter.setPen(Qt::black);
+    const QRectF square(place.x() + 1.0 - reach, place.y() + 1.0 - reach, side, side);
+    painter.drawText(square, Qt::AlignCenter | Qt::TextDontClip, text);
+}
+
+void drawNumbers(QPainter &painter, const ClockFaceParts &parts, const ClockRingParts &where, const ClockRing &ring,
+                 const QString &selected)
+{
+    for (const ClockNumber &number : ring) {
+        const QPointF place = atAngle(where.textRadius, number.first);
+        const bool isSelected = !selected.isEmpty() && number.second.toInt() == selected.toInt();
+        QFont font = parts.font;
+        font.setWeight(isSelected ? QFont::Bold : QFont::Normal);
+        painter.setFont(font);
+        if (isSelected)
+            drawHighlight(painter, place, parts.radius / RingsPerHighlight);
+        drawNumber(painter, place, where.textSide, number.second);
+    }
+}
+
+/// The number of \a ring in whose sector \a angle lies; a number stands in the middle of its sector.
+QString numberAtAngle(const ClockRing &ring, qreal angle)
+{
+    const qreal sector = Turn / ring.size();
+    const qreal shifted = angle + sector / 2.0;
+    const auto isIn = [sector](qreal from, qreal what) { return from <= what && what <= from + sector; };
+    for (const ClockNumber &number : ring) {
+        const qreal from = number.first;
+        // The last sector goes on past 12 o'clock.
+        if (isIn(from, shifted) || (from + sector > Turn && isIn(from, shifted + Turn)))
+            return number.second;
+    }
+    return {};
+}
+
+} // namespace
+
+ClockFaceParts layoutClockFace(const QSize &size, const QFont &font, const QVector<ClockRing> &rings)
+{
+    const qreal half = smallerSide(size) / 2.0;
+    ClockFaceParts parts;
+    parts.center = QPointF(size.width() / 2.0, size.height() / 2.0);
+    parts.penWidth = std::max(half / RadiusPerPen, 1.0);
+    parts.rimRadius = half - parts.penWidth - 1.0;
+    parts.radius = (half - parts.penWidth) / FaceToRings;
+    parts.font = font;
+    parts.font.setPixelSize(std::max(1, static_cast<int>((half - parts.penWidth) / RadiusPerFontPixel)));
+
+    // One measure for all rings, of the heaviest font: a ring does not move when a number is picked.
+    const QFontMetrics metrics(parts.font);
+    qreal offset = 0.0;
+    for (const ClockRing &ring : rings) {
+        const int side = sideOf(ring, metrics);
+        const qreal width = WidthShare * side;
+        parts.rings.append({parts.radius - offset + CircleShare * side, parts.radius - (side / 2.0 + 1.0) - offset,
+                            side, static_cast<float>(width)});
+        offset += width;
+    }
+    return parts;
+}
+
+QRect clockFaceArea(const ClockFaceParts &parts, const QSize &size)
+{
+    qreal reach = smallerSide(size) / 2.0;
+    for (const ClockRingParts &ring : parts.rings)
+        reach = std::max({reach, ring.circleRadius + parts.penWidth, ring.textRadius + ring.textSide + 1.0});
+    const QPointF corner(reach, reach);
+    return QRectF(parts.center - corner, parts.center + corner).toAlignedRect() & QRect(QPoint(), size);
+}
+
+QRect clockHandsArea(const ClockFaceParts &parts, const QVector<KelClock::Arrow> &hands)
+{
+    qreal reach = 0.0;
+    for (const KelClock::Arrow &hand : hands)
+        reach = std::max(reach, parts.radius * static_cast<qreal>(hand.length + hand.width));
+    const QPointF corner(reach + 1.0, reach + 1.0);
+    return QRectF(parts.center - corner, parts.center + corner).toAlignedRect();
+}
+
+void drawClockFace(QPainter &painter, const ClockFaceParts &parts, const QVector<ClockRing> &rings,
+                   const QString &selected)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(parts.center);
+    drawCircle(painter, parts.rimRadius, parts.penWidth, 1.0);
+    for (int i = 0; i < rings.size(); ++i) {
+        drawCircle(painter, parts.rings.at(i).circleRadius, parts.penWidth / 2.0, FaintOpacity);
+        drawNumbers(painter, parts, parts.rings.at(i), rings.at(i), selected);
+    }
+    painter.restore();
+}
+
+void drawClockHands(QPainter &painter, const ClockFaceParts &parts, const QVector<KelClock::Arrow> &hands)
+{
+    if (parts.radius <= 0.0)
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(parts.center);
+    for (const KelClock::Arrow &hand : hands) {
+        painter.setOpacity(static_cast<qreal>(hand.opacity));
+        painter.setPen(line(parts.radius * static_cast<qreal>(hand.width), Qt::RoundCap));
+        const qreal length = parts.radius * static_cast<qreal>(hand.length);
+        painter.drawLine(QPointF(), atAngle(length, static_cast<qreal>(hand.currentAngle)));
+    }
+    painter.restore();
+}
+
+ClockPointer clockPointer(const QPoint &position, const QSize &size)
+{
+    const qreal dx = position.x() - size.width() / 2.0;
+    const qreal dy = position.y() - size.height() / 2.0;
+    return {std::hypot(dx, dy), std::atan2(0.0 - dx, dy) + static_cast<qreal>(ClockPi)};
+}
+
+QString clockNumberAt(const ClockPointer &pointer, const QSize &size, const QVector<ClockRing> &rings,
+                      const QVector<float> &ringWidths)
+{
+    // The pen's width is left out here: a finger may hit a little outside of what is painted.
+    qreal outer = smallerSide(size) / 2.0 / FaceToRings;
+    for (int i = 0; i < rings.size(); ++i) {
+        const qreal inner = outer - static_cast<qreal>(ringWidths.at(i));
+        if (inner <= pointer.distance && pointer.distance <= outer)
+            return numberAtAngle(rings.at(i), pointer.angle);
+        outer = inner;
+    }
+    return {};
+}
+
+int clockMinuteAt(const ClockPointer &pointer)
+{
+    return qRound(pointer.angle / Turn * MinutesPerTurn);
+}
