@@ -31,6 +31,7 @@ void forgetSurroundings()
                              "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME"})
         qunsetenv(name);
     qputenv("QT_QPA_PLATFORM", "offscreen");
+    qputenv("TZ", "UTC");
     QLocale::setDefault(QLocale::c());
     qInstallMessageHandler(printTrouble);
 }

@@ -1,5 +1,7 @@
 #include "variants.h"
 
+#include "plotvariants.h"
+
 #include <kelbutton.h>
 #include <kelclock.h>
 #include <kellight.h>
@@ -172,9 +174,9 @@ QVector<GalleryVariant> galleryVariants(const QString &className)
 {
     static const QHash<QString, QVector<GalleryVariant> (*)()> Tables = {
         {QStringLiteral("KelButton"), buttonVariants},   {QStringLiteral("KelClock"), clockVariants},
-        {QStringLiteral("KelLight"), lightVariants},     {QStringLiteral("KelSwitch"), switchVariants},
-        {QStringLiteral("KelSlider"), sliderVariants},   {QStringLiteral("QTimerWidget"), timerVariants},
-        {QStringLiteral("LocalDevice"), deviceVariants},
+        {QStringLiteral("KelGraphic"), plotVariants},    {QStringLiteral("KelLight"), lightVariants},
+        {QStringLiteral("KelSwitch"), switchVariants},   {QStringLiteral("KelSlider"), sliderVariants},
+        {QStringLiteral("QTimerWidget"), timerVariants}, {QStringLiteral("LocalDevice"), deviceVariants},
     };
     const auto table = Tables.value(className, nullptr);
     return table ? table() : QVector<GalleryVariant>{look("as it comes", {})};

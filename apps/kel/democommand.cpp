@@ -7,6 +7,7 @@
 #include "examples.h"
 #include "formloader.h"
 #include "paneltrace.h"
+#include "plotfeed.h"
 #include "ptyline.h"
 #include "quitonsignals.h"
 #include "simulator.h"
@@ -73,6 +74,7 @@ int runDemo(Program &program, const std::string &into)
 
     const QString path = examplePath(QStringLiteral("hall/hall.ui"));
     const LoadedForm form = loadForm(path);
+    feedPlots(*form.window);
     const TrafficLog log(QStringLiteral("panel"));
     DeviceRoutes routes(Kel::connection, path);
     routes.setPortName(HallPort, simulator.lineName());

@@ -5,6 +5,7 @@
 #include "deviceroutes.h"
 #include "formloader.h"
 #include "paneltrace.h"
+#include "plotfeed.h"
 #include "quitonsignals.h"
 #include "screenshot.h"
 
@@ -50,6 +51,8 @@ int runPanel(Program &program, const PanelOptions &options)
     const LoadedForm form = loadForm(path);
     for (const QString &complaint : form.complaints)
         std::fprintf(stderr, "kel: %s\n", qPrintable(complaint));
+    for (const QString &complaint : feedPlots(*form.window))
+        std::fprintf(stderr, "kel: %s: %s\n", qPrintable(path), qPrintable(complaint));
 
     Kel::connection.setMessageGap(options.gapMs);
     DeviceRoutes routes(Kel::connection, path);

@@ -2,6 +2,7 @@
 
 #include "kelbutton.h"
 #include "kelclock.h"
+#include "kelgraphic.h"
 #include "kellight.h"
 #include "kelslider.h"
 #include "kelswitch.h"
@@ -35,6 +36,9 @@ const QVector<KelWidgetInfo> &kelWidgetList()
         {QStringLiteral("KelClock"), group(), QStringLiteral(":/icons/kelclock.png"), QStringLiteral("Clock"),
          QStringLiteral("Sets a time of day by a tap or a drag on the numbers of two clock faces."), QSize(320, 160),
          false, create<KelClock>},
+        {QStringLiteral("KelGraphic"), group(), QStringLiteral(":/icons/kelgraphic.png"), QStringLiteral("Plot"),
+         QStringLiteral("Draws the values of devices over time. An icon turns until every curve has its data."),
+         QSize(400, 240), false, create<KelGraphic>},
         {QStringLiteral("KelLight"), group(), QStringLiteral(":/icons/light_bulb_100.png"),
          QStringLiteral("Dimmable light"),
          QStringLiteral("Lamp that glows with its level. A click switches it, a drag around its ring dims it."),

@@ -82,6 +82,8 @@ static QVariant otherValue(const QMetaProperty &property, const QVariant &value)
         return value.toTime().addSecs(14 * 3600 + 35 * 60);
     case QVariant::String:
         return QString(value.toString() + QStringLiteral("lamp.set(1)"));
+    case QVariant::StringList:
+        return QStringList{QStringLiteral("lamp.0=Level")};
     default:
         return QVariant();
     }
