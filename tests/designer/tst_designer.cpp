@@ -279,6 +279,12 @@ QVariantList valuesFor(const QMetaProperty &property)
         return {QSize(20, 30), QSize(40, 50)};
     case QVariant::String:
         return {QStringLiteral("hall.on"), QString()};
+    case QVariant::Date:
+        return {QDate(2001, 2, 3), QDate(1999, 12, 31)};
+    case QVariant::Time:
+        return {QTime(4, 5, 6), QTime(23, 59)};
+    case QVariant::DateTime:
+        return {QDateTime(QDate(2001, 2, 3), QTime(4, 5, 6)), QDateTime(QDate(1999, 12, 31), QTime(0, 0))};
     default:
         return values;
     }
