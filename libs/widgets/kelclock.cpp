@@ -67,6 +67,16 @@ ClockRing minuteRing()
     return ring;
 }
 
+/// The row of faces. A layout around the clock sees that it has a height for a width and then asks this
+/// row for it, which must not have a face vanish beside neighbours that like to be large.
+class FaceRow : public QHBoxLayout
+{
+public:
+    using QHBoxLayout::QHBoxLayout;
+
+    int heightForWidth(int) const override { return sizeHint().height(); }
+};
+
 QPropertyAnimation *makeAnimation(QObject *target, const QByteArray &property)
 {
     auto *animation = new QPropertyAnimation(target, property, target);
@@ -95,7 +105,7 @@ void KelClock::init()
 
     // A time reads from the hour to the minute also where text runs to the left.
     setLayoutDirection(Qt::LeftToRight);
-    auto *row = new QHBoxLayout(this);
+    auto *row = new FaceRow(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(m_hours);
     row->addWidget(m_minutes);

@@ -145,5 +145,5 @@ void KelClock::_NumericCircle::paintStill(const Look &look)
     m_still.fill(Qt::transparent);
     QPainter painter(&m_still);
     painter.translate(look.shift - area.topLeft());
-    drawClockFace(painter, m_parts, m_rings, m_selectedText);
+    drawClockFace(painter, m_parts, m_rings, m_selectedText, clockPlateColor(palette()));
 }

@@ -2,6 +2,7 @@
 
 #include <QFontMetrics>
 #include <QPainter>
+#include <QPalette>
 
 #include <algorithm>
 #include <cmath>
@@ -20,12 +21,31 @@ constexpr qreal RingsPerHighlight = 7.0;
 constexpr qreal FaintOpacity = 0.5;
 constexpr QColor HighlightColor(128, 128, 255);
 
+// Lines and numbers are black on every palette. Below this contrast, which is the least for signs that
+// must be made out, the window is too dark for them.
+constexpr qreal LeastContrast = 3.0;
+
 constexpr qreal Turn = 2.0 * static_cast<qreal>(ClockPi);
 constexpr int MinutesPerTurn = 60;
 
 qreal smallerSide(const QSize &size)
 {
     return std::min(size.width(), size.height());
+}
+
+/// As the eye sees it, 0 for black to 1 for white.
+qreal luminance(const QColor &color)
+{
+    const auto linear = [](qreal part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+qreal contrastToBlack(const QColor &color)
+{
+    constexpr qreal Flare = 0.05;
+    return (luminance(color) + Flare) / Flare;
 }
 
 QPointF atAngle(qreal radius, qreal angle)
@@ -47,6 +67,16 @@ int sideOf(const ClockRing &ring, const QFontMetrics &metrics)
         side = std::max({side, bounds.width() + 1, bounds.height() + 1});
     }
     return side;
+}
+
+void drawPlate(QPainter &painter, qreal radius, const QColor &color)
+{
+    if (radius <= 0.0 || !color.isValid())
+        return;
+    painter.setOpacity(1.0);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawEllipse(QPointF(), radius, radius);
 }
 
 void drawCircle(QPainter &painter, qreal radius, qreal penWidth, qreal opacity)
@@ -152,12 +182,20 @@ QRect clockHandsArea(const ClockFaceParts &parts, const QVector<KelClock::Arrow>
     return QRectF(parts.center - corner, parts.center + corner).toAlignedRect();
 }
 
+QColor clockPlateColor(const QPalette &palette)
+{
+    const qreal window = contrastToBlack(palette.color(QPalette::Window));
+    const QColor text = palette.color(QPalette::WindowText);
+    return window < LeastContrast && contrastToBlack(text) > window ? text : QColor();
+}
+
 void drawClockFace(QPainter &painter, const ClockFaceParts &parts, const QVector<ClockRing> &rings,
-                   const QString &selected)
+                   const QString &selected, const QColor &plate)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(parts.center);
+    drawPlate(painter, parts.rimRadius, plate);
     drawCircle(painter, parts.rimRadius, parts.penWidth, 1.0);
     for (int i = 0; i < rings.size(); ++i) {
         drawCircle(painter, parts.rings.at(i).circleRadius, parts.penWidth / 2.0, FaintOpacity);

@@ -4,6 +4,7 @@
 
 #include <kelclock.h>
 
+#include <QColor>
 #include <QFont>
 #include <QPair>
 #include <QPointF>
@@ -11,6 +12,7 @@
 #include <QVector>
 
 class QPainter;
+class QPalette;
 
 /// Half a turn. Single precision, as the hands are.
 inline constexpr float ClockPi = 3.1415927F;
@@ -55,10 +57,14 @@ QRect clockFaceArea(const ClockFaceParts &parts, const QSize &size);
 /// The square in which \a hands turn.
 QRect clockHandsArea(const ClockFaceParts &parts, const QVector<KelClock::Arrow> &hands);
 
-/// Draws what stands still: rim, rings and numbers. The number that is \a selected is highlighted, none
-/// for an empty text.
+/// The colour behind a face: none where black lines stand out from the window of \a palette, else the
+/// light colour of its text.
+QColor clockPlateColor(const QPalette &palette);
+
+/// Draws what stands still: rim, rings and numbers, on a disc of the colour \a plate if that is valid.
+/// The number that is \a selected is highlighted, none for an empty text.
 void drawClockFace(QPainter &painter, const ClockFaceParts &parts, const QVector<ClockRing> &rings,
-                   const QString &selected);
+                   const QString &selected, const QColor &plate);
 
 void drawClockHands(QPainter &painter, const ClockFaceParts &parts, const QVector<KelClock::Arrow> &hands);
 
