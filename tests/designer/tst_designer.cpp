@@ -269,10 +269,10 @@ QVariantList valuesFor(const QMetaProperty &property)
     case QVariant::Bool:
         return {true, false};
     case QVariant::Int:
-        return {12, 70};
+        return {12, 30};
     case QVariant::Double:
     case QMetaType::Float:
-        return {12.5, 70.0};
+        return {12.5, 30.0};
     case QVariant::Color:
         return {QColor(1, 2, 3), QColor(Qt::cyan)};
     case QVariant::Size:
@@ -282,7 +282,7 @@ QVariantList valuesFor(const QMetaProperty &property)
     case QVariant::Date:
         return {QDate(2001, 2, 3), QDate(1999, 12, 31)};
     case QVariant::Time:
-        return {QTime(4, 5, 6), QTime(23, 59)};
+        return {QTime(4, 5), QTime(23, 59)}; // whole minutes, as clocks without seconds keep them
     case QVariant::DateTime:
         return {QDateTime(QDate(2001, 2, 3), QTime(4, 5, 6)), QDateTime(QDate(1999, 12, 31), QTime(0, 0))};
     default:
