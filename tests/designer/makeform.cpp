@@ -10,6 +10,7 @@
 #include <QMetaProperty>
 #include <QPluginLoader>
 #include <QRegularExpression>
+#include <QTabWidget>
 #include <QtDesigner/QFormBuilder>
 #include <QtUiPlugin/QDesignerCustomWidgetCollectionInterface>
 #include <QtUiPlugin/QDesignerCustomWidgetInterface>
@@ -22,12 +23,11 @@
 namespace
 {
 
-/// Whether \a widget is one of ours that takes no pages: what stands in it is its own business.
-bool isClosed(const QWidget &widget)
+bool isOurs(const QWidget &widget)
 {
     const auto &list = kelWidgetList();
     return std::any_of(list.begin(), list.end(), [&](const KelWidgetInfo &info) {
-        return info.className == QLatin1String(widget.metaObject()->className()) && !info.isContainer;
+        return info.className == QLatin1String(widget.metaObject()->className());
     });
 }
 
@@ -37,7 +37,7 @@ class FormWriter : public QFormBuilder
 protected:
     DomWidget *createDom(QWidget *widget, DomWidget *parent, bool recursive) override
     {
-        return QFormBuilder::createDom(widget, parent, recursive && !isClosed(*widget));
+        return QFormBuilder::createDom(widget, parent, recursive && !isOurs(*widget));
     }
     using QFormBuilder::createDom;
 
@@ -76,6 +76,24 @@ void sortProperties(QDomElement element, const QWidget &widget)
         element.insertBefore(last->second, element.firstChild());
 }
 
+/// Adds the pages of \a tabs to their \a element.
+void addPages(QDomElement element, const QTabWidget &tabs)
+{
+    QDomDocument form = element.ownerDocument();
+    for (int i = 0; i < tabs.count(); ++i) {
+        QDomElement page = form.createElement(QStringLiteral("widget"));
+        page.setAttribute(QStringLiteral("class"), QStringLiteral("QWidget"));
+        page.setAttribute(QStringLiteral("name"), tabs.widget(i)->objectName());
+        QDomElement title = form.createElement(QStringLiteral("attribute"));
+        title.setAttribute(QStringLiteral("name"), QStringLiteral("title"));
+        QDomElement text = form.createElement(QStringLiteral("string"));
+        text.appendChild(form.createTextNode(tabs.tabText(i)));
+        title.appendChild(text);
+        page.appendChild(title);
+        element.appendChild(page);
+    }
+}
+
 /// The form of \a window as an editor writes it.
 QByteArray formOf(QWidget &window)
 {
@@ -85,11 +103,16 @@ QByteArray formOf(QWidget &window)
 
     QDomDocument form;
     form.setContent(buffer.data());
-    const QDomNodeList widgets = form.elementsByTagName(QStringLiteral("widget"));
-    for (int i = 0; i < widgets.size(); ++i) {
-        const QDomElement element = widgets.at(i).toElement();
-        if (const auto *widget = window.findChild<QWidget *>(moveName(element)))
+    const QDomNodeList nodes = form.elementsByTagName(QStringLiteral("widget"));
+    QVector<QDomElement> elements;
+    for (int i = 0; i < nodes.size(); ++i)
+        elements << nodes.at(i).toElement();
+    for (const QDomElement &element : qAsConst(elements)) {
+        const auto *widget = window.findChild<QWidget *>(moveName(element));
+        if (widget)
             sortProperties(element, *widget);
+        if (const auto *tabs = qobject_cast<const QTabWidget *>(widget))
+            addPages(element, *tabs);
     }
     return form.toByteArray(1);
 }
