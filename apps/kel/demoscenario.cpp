@@ -4,6 +4,7 @@
 #include "screenshot.h"
 
 #include <kelbutton.h>
+#include <kelgraphic.h>
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
@@ -63,6 +64,7 @@ void DemoScenario::play(const QString &picture)
     pressAndWait(QStringLiteral("dinnerButton"));
     waitUntilGreen(QStringLiteral("ceilingButton"));
     waitUntilGreen(QStringLiteral("dinnerButton"));
+    waitForCurves(QStringLiteral("historyPlot"));
     saveScreenshot(m_window, picture);
     m_log.note(QStringLiteral("picture saved as %1").arg(picture));
 }
@@ -73,6 +75,16 @@ void DemoScenario::waitForValue(const QString &label)
     const QString before = shown.text();
     waitFor([&shown, before] { return shown.text() != before; }, QStringLiteral("the %1").arg(label));
     m_log.note(QStringLiteral("%1 shows %2").arg(label, shown.text()));
+}
+
+void DemoScenario::waitForCurves(const QString &name)
+{
+    const auto &plot = part<KelGraphic>(name);
+    for (int curve = 0; curve < plot.graphicsCount(); ++curve) {
+        const QString title = plot.graphic(curve).name;
+        waitFor([&plot, curve] { return plot.pointsCount(curve) > 1; }, QStringLiteral("the curve %1").arg(title));
+        m_log.note(QStringLiteral("%1 draws %2").arg(name, title));
+    }
 }
 
 void DemoScenario::pressAndWait(const QString &name)

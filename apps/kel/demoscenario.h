@@ -23,6 +23,7 @@ public:
 
 private:
     void waitForValue(const QString &label);
+    void waitForCurves(const QString &plot);
     void pressAndWait(const QString &button);
     void waitUntilGreen(const QString &button);
     void slideAndWait(const QString &slider, double share, const QString &lamp);

@@ -60,6 +60,8 @@ void tst_Demo::playsWithoutADisplay()
     QVERIFY2(run.output.contains("panel  -- porchLight is on"), run.output.constData());
     QVERIFY2(run.output.contains("panel  -> A1 05 21  hallClimateDevice"), run.output.constData());
     QVERIFY2(run.output.contains("device -> A3 05 "), run.output.constData());
+    QVERIFY2(run.output.contains("panel  -- historyPlot draws Temperature"), run.output.constData());
+    QVERIFY2(run.output.contains("panel  -- historyPlot draws Dimmer"), run.output.constData());
 
     const QImage picture(folder.filePath(QStringLiteral("demo.png")));
     QVERIFY(!picture.isNull());

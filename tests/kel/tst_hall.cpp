@@ -6,10 +6,12 @@
 #include <formloader.h>
 #include <kelbutton.h>
 #include <kelglobals.h>
+#include <kelgraphic.h>
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
 #include <localdevice.h>
+#include <plotfeed.h>
 #include <ptyline.h>
 #include <qtimerwidget.h>
 #include <simulator.h>
@@ -51,6 +53,7 @@ private Q_SLOTS:
     void switchEndsAsTheRelaySays();
     void firstSignOfLifeStartsThePolling();
     void pollShowsTheClimate();
+    void plotShowsTemperatureAndDimmer();
 
 private:
     template <typename Widget>
@@ -252,6 +255,22 @@ void tst_Hall::pollShowsTheClimate()
     QCOMPARE(part<QLabel>("temperature").text(), QStringLiteral("25"));
     QCOMPARE(part<QLabel>("humidity").text(), QStringLiteral("55"));
     QCOMPARE(part<KelButton>("measureButton").state(), KelButton::Gray);
+}
+
+void tst_Hall::plotShowsTemperatureAndDimmer()
+{
+    QCOMPARE(feedPlots(*m_form->window), QStringList());
+    auto &plot = part<KelGraphic>("historyPlot");
+    QCOMPARE(plot.graphicsCount(), 2);
+
+    hear("hallClimateDevice", "A205211937");
+    hear("tableDevice", "A2041180");
+    hear("tableDevice", "A20410660003");
+    QCOMPARE(plot.pointsCount(0), 1);
+    QCOMPARE(plot.graphicData(0).at(0).y(), 25.0);
+    QCOMPARE(plot.pointsCount(1), 2);
+    QCOMPARE(plot.graphicData(1).at(0).y(), 128.0);
+    QCOMPARE(plot.graphicData(1).at(1).y(), 102.0);
 }
 
 KEL_TEST_MAIN(tst_Hall)

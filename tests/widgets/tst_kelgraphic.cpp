@@ -144,6 +144,7 @@ private Q_SLOTS:
     void variables_data();
     void variables();
     void variablesAreReplaced();
+    void variablesKeepThePoints();
     void variablesAreAProperty();
     void legendFollowsTheTitles();
     void equalLeftTexts();
@@ -168,7 +169,9 @@ private Q_SLOTS:
     void iconTurnsInSteps();
     void iconIsOnTheScreen();
     void iconFollowsTheCanvas();
-    void iconIsSizedWhenResized();
+    void iconHasNoSizeAtFirst();
+    void iconIsSizedByTheFont_data();
+    void iconIsSizedByTheFont();
     void painterIsRestored();
     void debugViewIsNothing();
 };
@@ -193,6 +196,10 @@ void tst_KelGraphic::metaObject()
     QVERIFY(meta.inherits(&Graphic::staticMetaObject));
     const QMetaMethod paint = meta.method(meta.indexOfSlot("canvasPaint(QPainter*)"));
     QCOMPARE(paint.access(), QMetaMethod::Private);
+    for (const char *slot : {"graphicDone(QString)", "reset()", "showProgress()"}) {
+        QVERIFY2(meta.indexOfSlot(slot) >= 0, slot);
+        QCOMPARE(meta.method(meta.indexOfSlot(slot)).access(), QMetaMethod::Public);
+    }
 
     const QMetaProperty property = meta.property(meta.indexOfProperty("variables"));
     QCOMPARE(property.userType(), int(QMetaType::QStringList));
@@ -250,6 +257,18 @@ void tst_KelGraphic::variablesAreReplaced()
     plot.setVariables({});
     QCOMPARE(plot.variables(), QStringList());
     QCOMPARE(plot.graphicsCount(), 0);
+}
+
+void tst_KelGraphic::variablesKeepThePoints()
+{
+    KelGraphic plot;
+    plot.setVariables(texts({"a=Alpha", "b=Beta"}));
+    plot.addPoint(1.0, 2.0, 0);
+    plot.addPoint(1.0, 3.0, 1);
+    plot.setVariables(texts({"a=Other title", "b=Beta", "c=Gamma"}));
+    QCOMPARE(plot.pointsCount(0), 1);
+    QCOMPARE(plot.pointsCount(1), 1);
+    QCOMPARE(plot.pointsCount(2), 0);
 }
 
 void tst_KelGraphic::variablesAreAProperty()
@@ -616,24 +635,49 @@ void tst_KelGraphic::iconFollowsTheCanvas()
     }
 }
 
-void tst_KelGraphic::iconIsSizedWhenResized()
+void tst_KelGraphic::iconHasNoSizeAtFirst()
 {
-    SteppedGraphic plot;
+    KelGraphic plot;
     plot.setVariables(texts({"a=Alpha"}));
     plot.showProgress();
     QVERIFY(!showsIcon(plot));
+    QFont large = plot.font();
+    large.setPointSize(30);
+    plot.setFont(large);
+    QVERIFY(!showsIcon(plot));
+}
 
+void tst_KelGraphic::iconIsSizedByTheFont_data()
+{
+    QTest::addColumn<bool>("resized");
+
+    QTest::newRow("when resized") << true;
+    QTest::newRow("when the font changes") << false;
+}
+
+void tst_KelGraphic::iconIsSizedByTheFont()
+{
+    QFETCH(bool, resized);
+    SteppedGraphic plot;
+    show(plot);
+    plot.reset();
+    QCOMPARE(overlay(plot), expectedOverlay(plot, 0));
+
+    const QSize usual = preferredIconSize(2.0F, &plot);
     const QFont before = QApplication::font();
     QFont large = before;
     large.setPointSize(before.pointSize() * 2);
-    show(plot);
-    const QSize usual = preferredIconSize(2.0F, &plot);
-    QCOMPARE(overlay(plot), expectedOverlay(plot, 0));
+    if (resized)
+        plot.setFont(before); // so that the application's change does not reach the plot
     QApplication::setFont(large);
-    QVERIFY(preferredIconSize(2.0F, &plot) != usual);
-    plot.resize(plot.size() + QSize(10, 10));
-    QCOMPARE(overlay(plot), expectedOverlay(plot, 0));
+    const QSize now = preferredIconSize(2.0F, &plot);
+    if (resized)
+        plot.resize(plot.size() + QSize(10, 10));
+    const QImage shown = overlay(plot);
+    const QImage expected = expectedOverlay(plot, 0);
     QApplication::setFont(before);
+    QVERIFY(now != usual);
+    QCOMPARE(shown, expected);
 }
 
 void tst_KelGraphic::painterIsRestored()
