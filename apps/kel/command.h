@@ -20,6 +20,13 @@ public:
     }
 };
 
+/// Like CommandError, from a command whose exit status 1 has another meaning: ends with status 2.
+class UnusableInput : public CommandError
+{
+public:
+    using CommandError::CommandError;
+};
+
 /// The program's command line while it is put together and after it was read.
 struct Program {
     int argc = 0;                ///< As `main` got it; a QApplication keeps a reference to it.

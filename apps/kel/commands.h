@@ -5,6 +5,7 @@
 struct Program;
 
 // One line per command, in the order that the help shows them.
+void addCheckCommand(Program &program);
 void addDemoCommand(Program &program);
 void addPanelCommand(Program &program);
 void addProjectCommand(Program &program);

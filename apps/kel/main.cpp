@@ -10,16 +10,17 @@ namespace
 
 constexpr int ExitFailure = 1;
 constexpr int ExitWrongUsage = 2;
+constexpr int ExitUnusable = 2;
 
 /// One line, whatever control characters came in with the input that it quotes.
-int complain(std::string line)
+int complain(std::string line, int status)
 {
     for (char &c : line) {
         if (static_cast<unsigned char>(c) < ' ' || c == 0x7F)
             c = ' ';
     }
     std::fprintf(stderr, "kel: %s\n", line.c_str());
-    return ExitFailure;
+    return status;
 }
 
 } // namespace
@@ -32,6 +33,7 @@ int main(int argc, char **argv)
     program.line.name("kel");
     program.line.description("Operator panels that talk to devices");
     program.line.require_subcommand(1);
+    addCheckCommand(program);
     addDemoCommand(program);
     addPanelCommand(program);
     addProjectCommand(program);
@@ -49,7 +51,9 @@ int main(int argc, char **argv)
 
     try {
         return program.chosen();
+    } catch (const UnusableInput &error) {
+        return complain(error.what(), ExitUnusable);
     } catch (const std::exception &error) {
-        return complain(error.what());
+        return complain(error.what(), ExitFailure);
     }
 }

@@ -1,6 +1,7 @@
 // kel project: make, print, change and check server project files.
 #include "command.h"
 #include "commands.h"
+#include "printable.h"
 
 #include <serverproject.h>
 
@@ -44,20 +45,6 @@ constexpr std::array<NameField, 5> NameFields = {{
     {"cmFile", "commands", &ServerProject::cmFile},
     {"mainScript", "main script", &ServerProject::mainScript},
 }};
-
-/// \a name as it can stand in a terminal: what steers the terminal, or turns the writing round, is written
-/// as a number.
-QString printable(const QString &name)
-{
-    QString text;
-    for (const QChar c : name) {
-        if (c.isPrint() || c.isSurrogate())
-            text += c;
-        else
-            text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
-    }
-    return text;
-}
 
 CommandError failure(const QString &path, const QString &what)
 {

@@ -13,6 +13,8 @@
 #include <qpiconfig.h>
 #include <variabletext.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -155,6 +157,21 @@ void KvCommands::read()
 void KvCommands::closeDatabase()
 {
     database.close();
+}
+
+bool KvCommands::hasObject(const QString &object) const
+{
+    return std::any_of(devices.cbegin(), devices.cend(),
+                       [&object](const DeviceInfo &device) { return device.name == object; });
+}
+
+bool KvCommands::hasPacket(const QString &object, const QString &packet) const
+{
+    if (!hasObject(object))
+        return false;
+    const QList<PacketInfo> ofObject = packets.value(object);
+    return std::any_of(ofObject.cbegin(), ofObject.cend(),
+                       [&packet](const PacketInfo &info) { return info.name == packet; });
 }
 
 void KvCommands::readDevices()

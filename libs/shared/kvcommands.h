@@ -65,6 +65,12 @@ public:
     /// Closes the database; the lists stay.
     void closeDatabase();
 
+    /// Whether one of the lists' objects is called \a object.
+    bool hasObject(const QString &object) const;
+
+    /// Whether there is an object \a object that has a packet \a packet.
+    bool hasPacket(const QString &object, const QString &packet) const;
+
     QList<DeviceInfo> devices;                ///< Named objects, in the order of the database.
     QList<VariableInfo> variables;            ///< In the order of the variables file.
     QMap<QString, QList<PacketInfo>> packets; ///< By name of the object; objects of one name share a list.

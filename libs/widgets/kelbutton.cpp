@@ -8,7 +8,7 @@
 #include <QEvent>
 #include <QTimerEvent>
 
-#include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -21,17 +21,6 @@ QWidget *outermostAncestor(QWidget *widget)
     while (widget->parentWidget() != nullptr)
         widget = widget->parentWidget();
     return widget;
-}
-
-bool hasPacket(const KvCommands &catalogue, const QString &object, const QString &packet)
-{
-    const auto isObject = [&object](const KvCommands::DeviceInfo &device) { return device.name == object; };
-    if (std::none_of(catalogue.devices.cbegin(), catalogue.devices.cend(), isObject))
-        return false;
-
-    const auto isPacket = [&packet](const KvCommands::PacketInfo &info) { return info.name == packet; };
-    const QList<KvCommands::PacketInfo> packets = catalogue.packets.value(object);
-    return std::any_of(packets.cbegin(), packets.cend(), isPacket);
 }
 
 } // namespace
@@ -121,7 +110,7 @@ void KelButton::checkConnected()
     QString object;
     QString method;
     parseCommand(m_command, &object, &method, nullptr);
-    m_connected = Kel::commandsDB.database.isOpen() && hasPacket(Kel::commandsDB, object, method);
+    m_connected = Kel::commandsDB.database.isOpen() && Kel::commandsDB.hasPacket(object, method);
     update();
 }
 

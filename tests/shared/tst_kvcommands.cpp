@@ -82,6 +82,9 @@ void tst_KvCommands::fieldsComeFromTheirColumns()
 
     QCOMPARE(catalogue.packets.keys(), QStringList("hall"));
     QCOMPARE(catalogue.packets.value("hall").size(), 1);
+    QVERIFY(catalogue.hasPacket(QStringLiteral("hall"), catalogue.packets.value("hall").at(0).name));
+    QVERIFY(!catalogue.hasPacket(QStringLiteral("hall"), QStringLiteral("x")));
+    QVERIFY(!catalogue.hasObject(QStringLiteral("Hall")));
     const KvCommands::PacketInfo packet = catalogue.packets.value("hall").at(0);
     QCOMPARE(packet.id, 100);
     QCOMPARE(packet.flags, 3);
@@ -131,6 +134,8 @@ void tst_KvCommands::objectWithoutPacketsHasAnEmptyEntry()
     const KvCommands catalogue(file.path());
     QCOMPARE(catalogue.packets.keys(), QStringList("hall"));
     QVERIFY(catalogue.packets.value("hall").isEmpty());
+    QVERIFY(catalogue.hasObject(QStringLiteral("hall")));
+    QVERIFY(!catalogue.hasPacket(QStringLiteral("hall"), QString()));
 }
 
 void tst_KvCommands::objectsOfOneNameShareAList()
