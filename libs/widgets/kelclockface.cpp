@@ -55,7 +55,7 @@ QSize KelClock::_NumericCircle::minimumSizeHint() const
 
 bool KelClock::_NumericCircle::Look::operator==(const Look &other) const
 {
-    return size == other.size && shift == other.shift && qFuzzyCompare(pixelRatio, other.pixelRatio);
+    return shift == other.shift && qFuzzyCompare(pixelRatio, other.pixelRatio);
 }
 
 void KelClock::_NumericCircle::changeEvent(QEvent *event)
@@ -75,8 +75,7 @@ void KelClock::_NumericCircle::changeEvent(QEvent *event)
 
 void KelClock::_NumericCircle::dropStill()
 {
-    m_look = Look();
-    m_still = QPixmap();
+    m_layoutSize = QSize();
     update();
 }
 
@@ -118,32 +117,47 @@ QString KelClock::_NumericCircle::pickedText(const QMouseEvent &event)
 
 void KelClock::_NumericCircle::paintEvent(QPaintEvent *)
 {
-    QPainter painter(this);
-    const QPointF origin = painter.deviceTransform().map(QPointF());
-    const QPointF pixel(std::floor(origin.x()), std::floor(origin.y()));
-    const qreal pixelRatio = painter.paintEngine()->paintDevice()->devicePixelRatioF();
-    const Look look = {size(), (origin - pixel) / pixelRatio, pixelRatio};
-    if (!(look == m_look))
-        paintStill(look);
-
+    layOut();
     m_ringWidths.clear();
     for (const ClockRingParts &ring : qAsConst(m_parts.rings))
         m_ringWidths.append(ring.width);
 
-    painter.drawPixmap(clockFaceArea(m_parts, size()).topLeft() - look.shift, m_still);
+    QPainter painter(this);
+    const Look look = lookOn(painter);
+    if (m_still.isNull() || !(look == m_look))
+        paintStill(look);
+    painter.drawPixmap(m_area.topLeft() - look.shift, m_still);
     drawClockHands(painter, m_parts, m_hands);
+}
+
+void KelClock::_NumericCircle::layOut()
+{
+    if (m_layoutSize == size())
+        return;
+    m_layoutSize = size();
+    m_parts = layoutClockFace(size(), font(), m_rings);
+    m_area = clockFaceArea(m_parts, size());
+    m_still = QPixmap();
+}
+
+KelClock::_NumericCircle::Look KelClock::_NumericCircle::lookOn(const QPainter &painter) const
+{
+    const qreal pixelRatio = painter.paintEngine()->paintDevice()->devicePixelRatioF();
+    const QPointF corner = painter.deviceTransform().map(QPointF(m_area.topLeft()));
+    const QPointF pixel(std::floor(corner.x()), std::floor(corner.y()));
+    return {(corner - pixel) / pixelRatio, pixelRatio};
 }
 
 void KelClock::_NumericCircle::paintStill(const Look &look)
 {
     m_look = look;
-    m_parts = layoutClockFace(look.size, font(), m_rings);
-    const QRect area = clockFaceArea(m_parts, look.size);
-    const QSizeF pixels = (QSizeF(area.size()) + QSizeF(1.0, 1.0)) * look.pixelRatio;
-    m_still = QPixmap(static_cast<int>(std::ceil(pixels.width())), static_cast<int>(std::ceil(pixels.height())));
+    // One pixel more, since the face may begin within the first one.
+    const QSizeF pixels = QSizeF(m_area.size()) * look.pixelRatio;
+    m_still =
+        QPixmap(static_cast<int>(std::ceil(pixels.width())) + 1, static_cast<int>(std::ceil(pixels.height())) + 1);
     m_still.setDevicePixelRatio(look.pixelRatio);
     m_still.fill(Qt::transparent);
     QPainter painter(&m_still);
-    painter.translate(look.shift - area.topLeft());
+    painter.translate(look.shift - m_area.topLeft());
     drawClockFace(painter, m_parts, m_rings, m_selectedText, clockPlateColor(palette()));
 }

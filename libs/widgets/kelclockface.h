@@ -33,16 +33,17 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    /// What the picture of the still parts depends on.
+    /// What the picture of the still parts owes to the device that it is made for.
     struct Look {
-        QSize size;
-        QPointF shift; // From the pixels of the device, where a fractional scale puts the face between them.
+        QPointF shift; // From the device's pixels, since a fractional scale may put a face between them.
         qreal pixelRatio = 0.0;
 
         bool operator==(const Look &other) const;
     };
 
     void dropStill();
+    void layOut();
+    Look lookOn(const QPainter &painter) const;
     void paintStill(const Look &look);
     QString pickedText(const QMouseEvent &event);
 
@@ -54,7 +55,10 @@ private:
     bool m_isReadOnly = false;
     KelClock *m_clock;
 
-    Look m_look;
+    // The still parts as painted last: where they are, and their picture.
+    QSize m_layoutSize; // Not valid when they must be laid out anew.
     ClockFaceParts m_parts;
+    QRect m_area;
+    Look m_look;
     QPixmap m_still;
 };
