@@ -8,8 +8,8 @@ command -v rsvg-convert >/dev/null || {
     exit 1
 }
 
-cd "$(dirname "$0")/../libs"
-for drawing in */icons/*.svg; do
+cd "$(dirname "$0")/.."
+for drawing in libs/*/icons/*.svg platform/*/icons/*.svg; do
     rsvg-convert --format=png --output="${drawing%.svg}.png" "$drawing"
     echo "${drawing%.svg}.png"
 done

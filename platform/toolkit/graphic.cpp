@@ -1,106 +1,62 @@
 #include "graphic.h"
 
-#include <QImage>
-#include <QPainter>
+#include <QEvent>
+#include <QLayout>
 #include <QTimerEvent>
-#include <QVBoxLayout>
-#include <qwt_plot.h>
-#include <qwt_plot_curve.h>
+#include <graphiccanvas.h>
+#include <graphicinputs.h>
+#include <graphiclegend.h>
+#include <graphicparts.h>
+#include <graphicplot.h>
+#include <graphictoolbar.h>
 #include <scaling.h>
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace
 {
 
-/// Paints the plot's curves, then whatever the plot's users add.
-class Canvas : public QWidget
+constexpr QSize UsualSize(24, 15); ///< In heights of the font.
+constexpr QSize SmallestSize(6, 4);
+
+Graphic::Buttons usualButtons()
 {
-public:
-    Canvas(Graphic &graphic, QwtPlot &plot)
-        : QWidget(&plot)
-        , m_graphic(graphic)
-        , m_plot(plot)
-    {
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.fillRect(rect(), palette().base());
-        m_plot.drawCanvas(&painter);
-        Q_EMIT m_graphic.graphicPaintEvent(&painter);
-    }
-
-private:
-    Graphic &m_graphic;
-    QwtPlot &m_plot;
-};
+    return Graphic::FitButton | Graphic::GridButton | Graphic::CursorButton | Graphic::SavePictureButton |
+           Graphic::PauseButton;
+}
 
 } // namespace
 
-struct GraphicParts {
-    std::vector<GraphicType> types;
-    std::vector<QVector<QPointF>> points;
-    std::vector<std::unique_ptr<QwtPlotCurve>> curves;
-    GraphicType spare;
-    QwtPlot *plot = nullptr;
-    QString titles[2];
-    QString units[2];
-    Graphic::Buttons buttons = Graphic::NoButton;
-    bool isTime = false;
-    bool isFitted = true;
-    bool hasGrid = true;
-    bool hasCursor = false;
-    bool isPaused = false;
-    bool hasInputs = false;
-    bool hasStatus = false;
-    bool hasLegend = true;
-};
-
 Graphic::Graphic(QWidget *parent)
     : QWidget(parent)
-    , m_parts(std::make_unique<GraphicParts>())
+    , m_parts(std::make_unique<GraphicParts>(*this))
 {
-    m_parts->plot = new QwtPlot(this);
-    m_parts->plot->setCanvas(new Canvas(*this, *m_parts->plot));
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_parts->plot);
+    setButtons(usualButtons());
 }
 
-Graphic::~Graphic() = default;
+Graphic::~Graphic()
+{
+    // The plot's items point into the curves, so it goes first.
+    delete m_parts->plot;
+}
 
 void Graphic::setGraphicsCount(int count, bool resize)
 {
-    const auto wanted = static_cast<std::size_t>(std::max(0, count));
-    if (!resize) {
-        m_parts->types.clear();
-        m_parts->points.clear();
-    }
-    m_parts->types.resize(wanted);
-    m_parts->points.resize(wanted);
-    m_parts->curves.clear();
-    for (std::size_t i = 0; i < wanted; ++i) {
-        m_parts->curves.push_back(std::make_unique<QwtPlotCurve>());
-        m_parts->curves.back()->setSamples(m_parts->points[i]);
-        m_parts->curves.back()->attach(m_parts->plot);
-    }
+    if (!resize)
+        m_parts->setCurvesCount(0);
+    m_parts->setCurvesCount(static_cast<std::size_t>(std::max(0, count)));
 }
 
 int Graphic::graphicsCount() const
 {
-    return static_cast<int>(m_parts->types.size());
+    return static_cast<int>(m_parts->curves.size());
 }
 
 GraphicType &Graphic::graphic(int i)
 {
-    if (i < 0 || i >= graphicsCount())
-        return m_parts->spare = GraphicType();
-    return m_parts->types[static_cast<std::size_t>(i)];
+    GraphicParts::Curve *curve = m_parts->curve(i);
+    return curve ? curve->type : m_parts->spare = GraphicType();
 }
 
 const GraphicType &Graphic::graphic(int i) const
@@ -110,56 +66,64 @@ const GraphicType &Graphic::graphic(int i) const
 
 void Graphic::addPoint(double x, double y, int i)
 {
-    if (i < 0 || i >= graphicsCount() || !std::isfinite(x))
+    GraphicParts::Curve *curve = m_parts->curve(i);
+    if (!curve)
         return;
-    QVector<QPointF> &points = m_parts->points[static_cast<std::size_t>(i)];
-    points.append(QPointF(x, y));
-    while (m_historySize >= 0.0 && points.first().x() < x - m_historySize)
-        points.removeFirst();
-    update(false);
+    curve->series.append(x, y);
+    m_parts->schedule(true);
 }
 
 void Graphic::setGraphicData(const QVector<QPointF> &points, int i)
 {
-    if (i < 0 || i >= graphicsCount())
+    GraphicParts::Curve *curve = m_parts->curve(i);
+    if (!curve)
         return;
-    m_parts->points[static_cast<std::size_t>(i)].clear();
-    for (const QPointF &point : points)
-        addPoint(point.x(), point.y(), i);
+    curve->series.setPoints(points);
+    m_parts->schedule(true);
 }
 
 QVector<QPointF> Graphic::graphicData(int i) const
 {
-    return i < 0 || i >= graphicsCount() ? QVector<QPointF>() : m_parts->points[static_cast<std::size_t>(i)];
+    GraphicParts::Curve *curve = m_parts->curve(i);
+    if (!curve)
+        return {};
+    curve->series.settle();
+    return curve->series.points();
 }
 
 int Graphic::pointsCount(int i) const
 {
-    return graphicData(i).size();
+    GraphicParts::Curve *curve = m_parts->curve(i);
+    if (!curve)
+        return 0;
+    curve->series.settle();
+    return curve->series.count();
 }
 
 void Graphic::clear()
 {
-    for (QVector<QPointF> &points : m_parts->points)
-        points.clear();
-    update(false);
+    for (GraphicParts::Curve &curve : m_parts->curves) {
+        curve.series.clear();
+        curve.held.clear();
+    }
+    m_parts->schedule(true);
 }
 
-void Graphic::updateLegend(bool)
+void Graphic::updateLegend(bool relayout)
 {
-    for (std::size_t i = 0; i < m_parts->curves.size(); ++i)
-        m_parts->curves[i]->setTitle(m_parts->types[i].name);
+    m_parts->showLegend();
+    m_parts->schedule(false);
+    if (relayout && isVisible())
+        layout()->activate();
 }
 
 void Graphic::update(bool now)
 {
-    for (std::size_t i = 0; i < m_parts->curves.size(); ++i)
-        m_parts->curves[i]->setSamples(m_parts->points[i]);
-    m_parts->plot->replot();
-    if (now)
-        canvas()->repaint();
-    else
-        canvas()->update();
+    m_parts->schedule(false);
+    if (!now || !isReadyToRepaint())
+        return;
+    m_parts->sync();
+    canvas()->repaint();
 }
 
 bool Graphic::isReadyToRepaint() const
@@ -169,13 +133,18 @@ bool Graphic::isReadyToRepaint() const
 
 void Graphic::setHistorySize(double distance)
 {
-    if (!std::isnan(distance))
-        m_historySize = distance;
+    if (std::isnan(distance))
+        return;
+    m_historySize = distance;
+    for (GraphicParts::Curve &curve : m_parts->curves)
+        curve.series.setHistory(distance);
+    m_parts->schedule(true);
 }
 
 void Graphic::setAxisTitle(Axis axis, const QString &title)
 {
     m_parts->titles[axis] = title;
+    m_parts->schedule(false);
 }
 
 QString Graphic::axisTitle(Axis axis) const
@@ -186,6 +155,7 @@ QString Graphic::axisTitle(Axis axis) const
 void Graphic::setAxisUnit(Axis axis, const QString &unit)
 {
     m_parts->units[axis] = unit;
+    m_parts->schedule(false);
 }
 
 QString Graphic::axisUnit(Axis axis) const
@@ -196,6 +166,7 @@ QString Graphic::axisUnit(Axis axis) const
 void Graphic::setTimeAxis(bool isTime)
 {
     m_parts->isTime = isTime;
+    m_parts->schedule(false);
 }
 
 bool Graphic::isTimeAxis() const
@@ -207,31 +178,29 @@ void Graphic::setVisibleRange(Axis axis, double from, double to)
 {
     if (!std::isfinite(from) || !std::isfinite(to))
         return;
-    setFitted(false);
-    m_parts->plot->setAxisScale(axis == XAxis ? QwtPlot::xBottom : QwtPlot::yLeft, std::min(from, to),
-                                std::max(from, to));
-    update(false);
+    m_parts->sync(); // a fit that is due still sets the other axis
+    m_parts->setRange(axis, drawableRange(from, to));
 }
 
 QPair<double, double> Graphic::visibleRange(Axis axis) const
 {
-    const QwtInterval range = m_parts->plot->axisInterval(axis == XAxis ? QwtPlot::xBottom : QwtPlot::yLeft);
-    return {range.minValue(), range.maxValue()};
+    m_parts->sync();
+    return {m_parts->ranges[axis].from, m_parts->ranges[axis].to};
 }
 
 void Graphic::fit()
 {
-    m_parts->plot->setAxisAutoScale(QwtPlot::xBottom);
-    m_parts->plot->setAxisAutoScale(QwtPlot::yLeft);
     setFitted(true);
-    update(false);
 }
 
 void Graphic::setFitted(bool isFitted)
 {
+    m_parts->toolBar->setChecked(FitButton, isFitted);
     if (m_parts->isFitted == isFitted)
         return;
+    m_parts->sync(); // the range stays as it would be shown now
     m_parts->isFitted = isFitted;
+    m_parts->schedule(false);
     Q_EMIT fittedChanged(isFitted);
 }
 
@@ -243,6 +212,9 @@ bool Graphic::isFitted() const
 void Graphic::setGridVisible(bool isVisible)
 {
     m_parts->hasGrid = isVisible;
+    m_parts->toolBar->setChecked(GridButton, isVisible);
+    m_parts->plot->setGrid(isVisible);
+    m_parts->schedule(true);
 }
 
 bool Graphic::gridVisible() const
@@ -253,6 +225,8 @@ bool Graphic::gridVisible() const
 void Graphic::setCursorVisible(bool isVisible)
 {
     m_parts->hasCursor = isVisible;
+    m_parts->toolBar->setChecked(CursorButton, isVisible);
+    canvas()->update();
 }
 
 bool Graphic::cursorVisible() const
@@ -262,9 +236,15 @@ bool Graphic::cursorVisible() const
 
 void Graphic::setPaused(bool isPaused)
 {
+    m_parts->toolBar->setChecked(PauseButton, isPaused);
     if (m_parts->isPaused == isPaused)
         return;
+    for (GraphicParts::Curve &curve : m_parts->curves) {
+        curve.series.settle();
+        curve.held = isPaused ? curve.series : GraphicSeries();
+    }
     m_parts->isPaused = isPaused;
+    m_parts->schedule(true);
     Q_EMIT pausedChanged(isPaused);
 }
 
@@ -276,6 +256,8 @@ bool Graphic::isPaused() const
 void Graphic::setBorderInputsVisible(bool isVisible)
 {
     m_parts->hasInputs = isVisible;
+    m_parts->toolBar->setChecked(BorderInputsButton, isVisible);
+    m_parts->inputs->setVisible(isVisible);
 }
 
 bool Graphic::borderInputsVisible() const
@@ -286,6 +268,9 @@ bool Graphic::borderInputsVisible() const
 void Graphic::setStatusVisible(bool isVisible)
 {
     m_parts->hasStatus = isVisible;
+    m_parts->toolBar->setChecked(StatusButton, isVisible);
+    m_parts->status->setVisible(isVisible);
+    m_parts->showStatus();
 }
 
 bool Graphic::statusVisible() const
@@ -296,6 +281,8 @@ bool Graphic::statusVisible() const
 void Graphic::setLegendVisible(bool isVisible)
 {
     m_parts->hasLegend = isVisible;
+    m_parts->toolBar->setChecked(LegendButton, isVisible);
+    m_parts->legend->setVisible(isVisible);
 }
 
 bool Graphic::legendVisible() const
@@ -306,6 +293,8 @@ bool Graphic::legendVisible() const
 void Graphic::setButtons(Buttons buttons)
 {
     m_parts->buttons = buttons;
+    m_parts->toolBar->setButtons(buttons);
+    m_parts->arrange();
 }
 
 Graphic::Buttons Graphic::buttons() const
@@ -315,69 +304,74 @@ Graphic::Buttons Graphic::buttons() const
 
 QWidget *Graphic::canvas() const
 {
-    return m_parts->plot->canvas();
+    return &m_parts->plot->area();
 }
 
 QPointF Graphic::canvasPosition(const QPointF &point) const
 {
-    return {m_parts->plot->canvasMap(QwtPlot::xBottom).transform(point.x()),
-            m_parts->plot->canvasMap(QwtPlot::yLeft).transform(point.y())};
+    m_parts->sync();
+    return {m_parts->plot->scale(QwtPlot::xBottom).pixel(point.x()),
+            m_parts->plot->scale(QwtPlot::yLeft).pixel(point.y())};
 }
 
 QPointF Graphic::pointAt(const QPointF &canvasPosition) const
 {
-    return {m_parts->plot->canvasMap(QwtPlot::xBottom).invTransform(canvasPosition.x()),
-            m_parts->plot->canvasMap(QwtPlot::yLeft).invTransform(canvasPosition.y())};
-}
-
-bool Graphic::savePicture(const QString &path, QString *error)
-{
-    const bool isSaved = picture().save(path);
-    if (!isSaved && error)
-        *error = tr("The picture cannot be saved as %1.").arg(path);
-    return isSaved;
-}
-
-QImage Graphic::picture(double scale)
-{
-    QImage image(size() * scale, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(scale);
-    image.fill(palette().window().color());
-    render(&image);
-    return image;
+    m_parts->sync();
+    return {m_parts->plot->scale(QwtPlot::xBottom).value(canvasPosition.x()),
+            m_parts->plot->scale(QwtPlot::yLeft).value(canvasPosition.y())};
 }
 
 QSize Graphic::sizeHint() const
 {
-    return {fontHeight(this) * 24, fontHeight(this) * 15};
+    return UsualSize * fontHeight(this);
 }
 
 QSize Graphic::minimumSizeHint() const
 {
-    return {fontHeight(this) * 6, fontHeight(this) * 4};
+    return SmallestSize * fontHeight(this);
 }
 
 void Graphic::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    m_parts->arrange();
+    m_parts->schedule(true);
 }
 
 void Graphic::timerEvent(QTimerEvent *event)
 {
-    QWidget::timerEvent(event);
+    if (event->timerId() == m_parts->frame.timerId())
+        m_parts->sync();
+    else
+        QWidget::timerEvent(event);
 }
 
+/// The axes are painted after this, so they show what the canvas will.
 void Graphic::paintEvent(QPaintEvent *event)
 {
+    m_parts->sync();
+    m_parts->sync(); // the first may have changed the canvas's size
     QWidget::paintEvent(event);
 }
 
 void Graphic::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+    case QEvent::EnabledChange:
+    case QEvent::StyleChange:
+    case QEvent::FontChange:
+        m_parts->showLegend();
+        m_parts->schedule(true);
+        break;
+    default:
+        break;
+    }
 }
 
 void Graphic::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    m_parts->schedule(true);
 }

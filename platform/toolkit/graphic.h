@@ -191,6 +191,7 @@ public:
     /// Saves axes, curves and legend as they are shown, to a PNG or an SVG file by the name's ending. False,
     /// with the reason in \a error and without a broken file, when that fails.
     bool savePicture(const QString &path, QString *error = nullptr);
+    void copyPicture();                 ///< The same to the clipboard.
     QImage picture(double scale = 1.0); ///< The same as an image, \a scale pixels for each of the screen.
 
     QSize sizeHint() const override;
