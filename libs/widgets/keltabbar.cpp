@@ -64,18 +64,7 @@ bool KelTabBar::canBeDragged() const
 
 bool KelTabBar::event(QEvent *event)
 {
-    switch (event->type()) {
-    case QEvent::StyleChange:
-    case QEvent::FontChange:
-    case QEvent::PaletteChange:
-    case QEvent::DynamicPropertyChange:
-    case QEvent::StyleAnimationUpdate:
-    case QEvent::Hide:
-        m_picture->drop();
-        break;
-    default:
-        break;
-    }
+    m_picture->notice(*this, *event);
     return QTabBar::event(event);
 }
 
@@ -132,15 +121,17 @@ void KelTabBar::resizeEvent(QResizeEvent *event)
 
 void KelTabBar::paintEvent(QPaintEvent *event)
 {
-    if (keepsPicture()) {
+    const bool hasPicture = keepsPicture();
+    if (hasPicture) {
         refreshPicture(event);
-        QPainter(this).drawPixmap(0, 0, m_picture->pixmap());
     } else {
         m_picture->drop();
         QTabBar::paintEvent(event);
     }
 
     QPainter painter(this);
+    if (hasPicture)
+        painter.drawPixmap(0, 0, m_picture->pixmap());
     drawArrows(painter);
 }
 
@@ -153,21 +144,9 @@ bool KelTabBar::keepsPicture() const
 
 void KelTabBar::refreshPicture(QPaintEvent *event)
 {
-    KelTabLook look;
-    look.tabs.resize(count());
-    look.visible.resize(count());
-    for (int i = 0; i < count(); ++i) {
-        initStyleOption(&look.tabs[i], i);
-        look.visible[i] = isTabVisible(i);
-    }
-    look.size = size();
-    look.current = currentIndex();
-    look.drawsBase = drawBase();
-    look.underlinesShortcuts = style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, this) != 0;
-    look.pixelRatio = devicePixelRatioF();
+    const KelTabLook look = lookOf(*this);
     if (m_picture->shows(look))
         return;
-
     m_picture->start(look);
     m_isPictured = true;
     QTabBar::paintEvent(event);

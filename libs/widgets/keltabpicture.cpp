@@ -1,48 +1,102 @@
 #include "keltabpicture.h"
 
+#include <QHoverEvent>
+#include <QStyle>
+
 #include <algorithm>
 #include <cmath>
 
 namespace
 {
 
-bool isSamePlace(const QStyleOptionTab &one, const QStyleOptionTab &other)
+QSize buttonSize(const QTabBar &bar, int index, QTabBar::ButtonPosition side)
 {
-    return one.rect == other.rect && one.shape == other.shape && one.row == other.row &&
-           one.position == other.position && one.selectedPosition == other.selectedPosition &&
-           one.cornerWidgets == other.cornerWidgets && one.direction == other.direction &&
-           one.leftButtonSize == other.leftButtonSize && one.rightButtonSize == other.rightButtonSize;
+    const QWidget *button = bar.tabButton(index, side);
+    return button ? button->size() : QSize();
 }
 
-bool isSameFace(const QStyleOptionTab &one, const QStyleOptionTab &other)
+KelTabFace faceOf(const QTabBar &bar, int index)
 {
-    return one.state == other.state && one.text == other.text && one.icon.cacheKey() == other.icon.cacheKey() &&
-           one.iconSize == other.iconSize && one.documentMode == other.documentMode && one.features == other.features &&
-           one.fontMetrics == other.fontMetrics && one.palette == other.palette &&
-           one.palette.currentColorGroup() == other.palette.currentColorGroup();
+    KelTabFace face;
+    face.rect = bar.tabRect(index);
+    face.text = bar.tabText(index);
+    face.icon = bar.tabIcon(index).cacheKey();
+    face.color = bar.tabTextColor(index);
+    face.leftButton = buttonSize(bar, index, QTabBar::LeftSide);
+    face.rightButton = buttonSize(bar, index, QTabBar::RightSide);
+    face.enabled = bar.isTabEnabled(index);
+    face.visible = bar.isTabVisible(index);
+    return face;
 }
 
-bool isSameTab(const QStyleOptionTab &one, const QStyleOptionTab &other)
+bool isSameFace(const KelTabFace &one, const KelTabFace &other)
 {
-    return isSamePlace(one, other) && isSameFace(one, other);
+    return one.rect == other.rect && one.text == other.text && one.icon == other.icon && one.color == other.color &&
+           one.leftButton == other.leftButton && one.rightButton == other.rightButton && one.enabled == other.enabled &&
+           one.visible == other.visible;
+}
+
+/// A drag brings these, and none of them changes how a tab is painted.
+bool isHarmless(QEvent::Type type)
+{
+    switch (type) {
+    case QEvent::MouseMove:
+    case QEvent::Move:
+    case QEvent::Paint:
+    case QEvent::ToolTip:
+    case QEvent::DeferredDelete:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace
 
-bool isSameLook(const KelTabLook &one, const KelTabLook &other)
+KelTabLook lookOf(const QTabBar &bar)
 {
-    return one.size == other.size && one.current == other.current && one.drawsBase == other.drawsBase &&
-           one.underlinesShortcuts == other.underlinesShortcuts && qFuzzyCompare(one.pixelRatio, other.pixelRatio) &&
-           one.visible == other.visible &&
-           std::equal(one.tabs.cbegin(), one.tabs.cend(), other.tabs.cbegin(), other.tabs.cend(), isSameTab);
+    KelTabLook look;
+    look.tabs.reserve(bar.count());
+    for (int i = 0; i < bar.count(); ++i)
+        look.tabs.append(faceOf(bar, i));
+    look.size = bar.size();
+    look.iconSize = bar.iconSize();
+    look.shape = bar.shape();
+    look.elideMode = bar.elideMode();
+    look.current = bar.currentIndex();
+    look.drawsBase = bar.drawBase();
+    look.isDocument = bar.documentMode();
+    look.underlinesShortcuts = bar.style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, &bar) != 0;
+    look.pixelRatio = bar.devicePixelRatioF();
+    return look;
 }
 
-QPixmap &KelTabPicture::start(const KelTabLook &look)
+bool isSameLook(const KelTabLook &one, const KelTabLook &other)
+{
+    return one.size == other.size && one.iconSize == other.iconSize && one.shape == other.shape &&
+           one.elideMode == other.elideMode && one.current == other.current && one.drawsBase == other.drawsBase &&
+           one.isDocument == other.isDocument && one.underlinesShortcuts == other.underlinesShortcuts &&
+           qFuzzyCompare(one.pixelRatio, other.pixelRatio) &&
+           std::equal(one.tabs.cbegin(), one.tabs.cend(), other.tabs.cbegin(), other.tabs.cend(), isSameFace);
+}
+
+void KelTabPicture::notice(const QTabBar &bar, const QEvent &event)
+{
+    if (event.type() == QEvent::HoverMove) {
+        const int hovered = bar.tabAt(static_cast<const QHoverEvent &>(event).pos());
+        if (hovered != m_hovered)
+            drop();
+        m_hovered = hovered;
+    } else if (!isHarmless(event.type())) {
+        drop();
+    }
+}
+
+void KelTabPicture::start(const KelTabLook &look)
 {
     m_look = look;
     m_pixmap = QPixmap(static_cast<int>(std::ceil(look.size.width() * look.pixelRatio)),
                        static_cast<int>(std::ceil(look.size.height() * look.pixelRatio)));
     m_pixmap.setDevicePixelRatio(look.pixelRatio);
     m_pixmap.fill(Qt::transparent);
-    return m_pixmap;
 }
