@@ -22,6 +22,7 @@ find_package(CLI11 REQUIRED)
 get_target_property(qmake ${KEL_QT}::qmake IMPORTED_LOCATION)
 execute_process(COMMAND ${qmake} -query QT_INSTALL_PREFIX OUTPUT_VARIABLE prefix OUTPUT_STRIP_TRAILING_WHITESPACE)
 execute_process(COMMAND ${qmake} -query QT_INSTALL_PLUGINS OUTPUT_VARIABLE plugins OUTPUT_STRIP_TRAILING_WHITESPACE)
+execute_process(COMMAND ${qmake} -query QT_HOST_BINS OUTPUT_VARIABLE KEL_QT_PROGRAMS OUTPUT_STRIP_TRAILING_WHITESPACE)
 file(RELATIVE_PATH plugins ${prefix} ${plugins})
 set(KEL_DESIGNER_PLUGIN_DIR ${plugins}/designer CACHE STRING "Where the Qt Designer plugin goes, below the prefix")
 

@@ -7,6 +7,7 @@ struct Program;
 // One line per command, in the order that the help shows them.
 void addCheckCommand(Program &program);
 void addDemoCommand(Program &program);
+void addDoctorCommand(Program &program);
 void addPanelCommand(Program &program);
 void addProjectCommand(Program &program);
 void addSimCommand(Program &program);

@@ -35,6 +35,7 @@ int main(int argc, char **argv)
     program.line.require_subcommand(1);
     addCheckCommand(program);
     addDemoCommand(program);
+    addDoctorCommand(program);
     addPanelCommand(program);
     addProjectCommand(program);
     addSimCommand(program);
