@@ -46,14 +46,14 @@ int checkAndPrint(const CheckOptions &options)
 {
     if (!options.catalogue.empty())
         openCatalogue(QString::fromStdString(options.catalogue));
-    else
-        std::fputs("kel: without a catalogue (--db) only the panel itself is checked\n", stderr);
     const QString path = QString::fromStdString(options.file);
     const QVector<Finding> findings = wantedFindings(path, options);
     if (options.isJson)
         print(jsonReport(findings, path));
     else
         print(options.isSarif ? sarifReport(findings) : textReport(findings));
+    if (options.catalogue.empty())
+        std::fputs("kel: without a catalogue (--db) only the panel itself was checked\n", stderr);
     return findings.isEmpty() ? ExitClean : ExitFindings;
 }
 

@@ -16,6 +16,15 @@ using Kv_Designer::ServerProject;
 namespace
 {
 
+QByteArray readInput(const QString &path)
+{
+    // A pipe or a device would keep us waiting, and nobody keeps a panel in one.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile() && !info.isDir())
+        throw CommandError(QStringLiteral("%1: not a file").arg(path));
+    return readFormFile(path);
+}
+
 void checkForm(const QByteArray &text, const QString &path, Findings &findings)
 {
     CatalogueModel catalogue;
@@ -68,14 +77,14 @@ void checkProject(QByteArray bytes, const QString &path, Findings &findings)
     if (project.uiFile.isEmpty())
         return;
     const QString form = besideProject(path, project.uiFile);
-    checkForm(readFormFile(form), form, findings);
+    checkForm(readInput(form), form, findings);
 }
 
 } // namespace
 
 QVector<Finding> checkPanel(const QString &path)
 {
-    const QByteArray bytes = readFormFile(path);
+    const QByteArray bytes = readInput(path);
     Findings findings;
     if (bytes.startsWith("NWPF"))
         checkProject(bytes, path, findings);

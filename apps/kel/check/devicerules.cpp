@@ -60,8 +60,8 @@ public:
         , m_numbers(input.panel, input.catalogue)
     {
         for (const PlotVariable &variable : plotVariables(input.panel)) {
-            if (variable.problem.isEmpty())
-                m_plotted[variable.device].insert(variable.argument);
+            if (variable.source.error.isEmpty())
+                m_plotted[variable.source.device].insert(variable.source.argument);
         }
     }
 

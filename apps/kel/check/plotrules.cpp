@@ -22,13 +22,14 @@ bool isGiven(const CatalogueDevice *device, int argument)
 
 QString problemOf(const PlotVariable &variable, const CheckInput &input)
 {
-    if (!variable.problem.isEmpty())
-        return variable.problem;
-    const FormObject *device = input.panel.object(variable.device);
+    const PlotSource &source = variable.source;
+    if (!source.error.isEmpty())
+        return source.error;
+    const FormObject *device = input.panel.object(source.device);
     if (!device || !input.panel.isA(*device, "LocalDevice"))
-        return QStringLiteral("there is no device \"%1\"").arg(variable.device);
-    if (!isGiven(PanelNumbers(input.panel, input.catalogue).deviceOf(*device), variable.argument))
-        return QStringLiteral("no answer of \"%1\" gives argument %2").arg(variable.device).arg(variable.argument);
+        return QStringLiteral("there is no device \"%1\"").arg(source.device);
+    if (!isGiven(PanelNumbers(input.panel, input.catalogue).deviceOf(*device), source.argument))
+        return QStringLiteral("no answer of \"%1\" gives argument %2").arg(source.device).arg(source.argument);
     return QString();
 }
 

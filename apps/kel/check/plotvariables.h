@@ -3,15 +3,14 @@
 #pragma once
 
 #include "check/checkedpanel.h"
+#include "plotfeed.h"
 
 /// One variable of a plot.
 struct PlotVariable {
     const FormObject *plot = nullptr;
     int line = 0;
     QString name; ///< As the form writes it: "device.number".
-    QString device;
-    int argument = -1;
-    QString problem; ///< What is wrong with the name; empty when it is good.
+    PlotSource source;
 };
 
 /// Every variable of every plot, in the order of the form.
