@@ -7,6 +7,7 @@
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
+#include <keltabwidget.h>
 #include <localdevice.h>
 #include <qtimerwidget.h>
 
