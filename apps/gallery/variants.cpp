@@ -1,13 +1,13 @@
 #include "variants.h"
 
 #include "plotvariants.h"
+#include "tabvariants.h"
 
 #include <kelbutton.h>
 #include <kelclock.h>
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
-#include <keltabwidget.h>
 #include <localdevice.h>
 #include <qtimerwidget.h>
 
@@ -177,7 +177,8 @@ QVector<GalleryVariant> galleryVariants(const QString &className)
         {QStringLiteral("KelButton"), buttonVariants},   {QStringLiteral("KelClock"), clockVariants},
         {QStringLiteral("KelGraphic"), plotVariants},    {QStringLiteral("KelLight"), lightVariants},
         {QStringLiteral("KelSwitch"), switchVariants},   {QStringLiteral("KelSlider"), sliderVariants},
-        {QStringLiteral("QTimerWidget"), timerVariants}, {QStringLiteral("LocalDevice"), deviceVariants},
+        {QStringLiteral("KelTabWidget"), tabVariants},   {QStringLiteral("QTimerWidget"), timerVariants},
+        {QStringLiteral("LocalDevice"), deviceVariants},
     };
     const auto table = Tables.value(className, nullptr);
     return table ? table() : QVector<GalleryVariant>{look("as it comes", {})};
