@@ -1,4 +1,5 @@
 #include "kelprocess.h"
+#include "tempcatalogue.h"
 #include "testmain.h"
 
 #include <catalogue.h>
@@ -34,7 +35,7 @@ private Q_SLOTS:
     void goodPanelIsNotAccused();
 
 private:
-    QTemporaryDir m_folder;
+    TempCatalogue m_catalogue;
 };
 
 namespace
@@ -118,9 +119,12 @@ QByteArray wire(const char *sender, const char *signal, const char *receiver, co
 
 void tst_Check::initTestCase()
 {
-    const QString catalogue = m_folder.filePath(QStringLiteral("cat.sqlite"));
-    makeCatalogue(dataFolder().filePath(QStringLiteral("catalogue.sql")), catalogue);
-    openCatalogue(catalogue);
+    const QByteArray rows = contentOf(dataFolder().filePath(QStringLiteral("catalogue.sql")));
+    for (const QByteArray &line : rows.split('\n')) {
+        if (line.startsWith("INSERT"))
+            m_catalogue.run(QString::fromUtf8(line));
+    }
+    openCatalogue(m_catalogue.path());
     QVERIFY(Kel::commandsDB.database.isOpen());
 }
 
@@ -284,11 +288,8 @@ void tst_Check::goodPanelIsNotAccused_data()
 void tst_Check::goodPanelIsNotAccused()
 {
     QFETCH(QByteArray, text);
-    const QString path = m_folder.filePath(QStringLiteral("good.ui"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(text);
-    file.close();
+    m_catalogue.writeFile(QStringLiteral("good.ui"), text);
+    const QString path = m_catalogue.filePath(QStringLiteral("good.ui"));
     const QVector<Finding> findings = checkPanel(path);
     QVERIFY2(findings.isEmpty(), messagesOf(findings).constData());
 }

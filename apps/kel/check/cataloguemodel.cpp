@@ -27,9 +27,9 @@ QMap<int, QString> readTexts(const QString &table, int make)
 {
     QMap<int, QString> texts;
     QSqlQuery rows = run(QStringLiteral("SELECT id,command FROM %1 WHERE device=?").arg(table), make);
-    while (rows.next()) {
+    for (int count = 0; rows.next(); ++count) {
         texts.insert(rows.value(0).toInt(), rows.value(1).toString());
-        if (texts.size() > CatalogueModel::MaxRows)
+        if (count >= CatalogueModel::MaxRows)
             throw CommandError(QStringLiteral("%1: more than %2 %3 for device %4")
                                    .arg(Kel::commandsDB.database.databaseName())
                                    .arg(CatalogueModel::MaxRows)

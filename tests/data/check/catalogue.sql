@@ -1,11 +1,4 @@
--- What the panels in this folder are checked against: one good make, and one for each slip.
-CREATE TABLE vendors (id INTEGER PRIMARY KEY, name TEXT);
-CREATE TABLE devices (id INTEGER PRIMARY KEY, name TEXT, vname TEXT, gname TEXT, desc TEXT, vendor INTEGER);
-CREATE TABLE commands (id INTEGER PRIMARY KEY, command TEXT, description TEXT, device INTEGER);
-CREATE TABLE answers (id INTEGER PRIMARY KEY, command TEXT, description TEXT, device INTEGER);
-CREATE TABLE current (id INTEGER PRIMARY KEY, device INTEGER, name TEXT, device_id INTEGER);
-CREATE TABLE properties (object_id INTEGER, device_id INTEGER, name TEXT, value TEXT);
-CREATE TABLE packets (id INTEGER PRIMARY KEY, name TEXT, args_count INTEGER, flags INTEGER, command TEXT, desc TEXT, object_id INTEGER);
+-- The rows that the panels in this folder are checked against: one good make, and one for each slip.
 
 INSERT INTO vendors VALUES (1, 'Acme');
 INSERT INTO properties VALUES (1, 1, 'name', 'lamp');
