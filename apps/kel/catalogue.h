@@ -9,7 +9,8 @@
 /// a fraction of a second for a lock. GUI thread only.
 void openCatalogue(const QString &path);
 
-/// Makes a catalogue at \a path from the SQL statements in the file \a source, each ended by a
-/// semicolon at the end of a line. Throws a CommandError that names the file; then there is no file at
-/// \a path, as when it was there before.
+/// Makes the catalogue \a path from the TOML file \a source (docs/formats/catalogue-source.md), and the
+/// variables file beside it when the source has variables. Throws a CommandError that names the file, for
+/// a mistake in the source with its line and column; then nothing was written. A catalogue that is there
+/// is replaced at once and as a whole; any other file is left alone.
 void makeCatalogue(const QString &source, const QString &path);

@@ -5,6 +5,7 @@
 struct Program;
 
 // One line per command, in the order that the help shows them.
+void addCatalogCommand(Program &program);
 void addCheckCommand(Program &program);
 void addDemoCommand(Program &program);
 void addDoctorCommand(Program &program);

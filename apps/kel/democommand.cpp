@@ -41,8 +41,7 @@ void copyExample(const QString &file, const QDir &folder)
 QString makeHallCatalogue(const QDir &folder)
 {
     const QString catalogue = folder.filePath(QStringLiteral("hall.sqlite"));
-    makeCatalogue(examplePath(QStringLiteral("hall/hall.sql")), catalogue);
-    copyExample(QStringLiteral("hall.var"), folder);
+    makeCatalogue(examplePath(QStringLiteral("hall/hall.toml")), catalogue);
     return catalogue;
 }
 
@@ -52,7 +51,7 @@ int writeInto(const QString &path)
         throw CommandError(QStringLiteral("%1: the folder cannot be made").arg(path));
     const QDir folder(path);
     makeHallCatalogue(folder);
-    for (const char *file : {"hall.ui", "hall.rules", "hall.sql"})
+    for (const char *file : {"hall.ui", "hall.rules", "hall.toml"})
         copyExample(QLatin1String(file), folder);
     std::printf("kel sim %s --link %s\nkel panel %s --db=%s\n",
                 qPrintable(folder.filePath(QStringLiteral("hall.rules"))), HallPort.latin1(),

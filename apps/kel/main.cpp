@@ -33,6 +33,7 @@ int main(int argc, char **argv)
     program.line.name("kel");
     program.line.description("Operator panels that talk to devices");
     program.line.require_subcommand(1);
+    addCatalogCommand(program);
     addCheckCommand(program);
     addDemoCommand(program);
     addDoctorCommand(program);

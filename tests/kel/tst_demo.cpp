@@ -76,7 +76,7 @@ void tst_Demo::missingExampleIsTold()
                               NoDisplay + QStringList{QStringLiteral("KEL_EXAMPLES=") + folder.path()});
 
     QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.errors, "kel: " + folder.path().toLocal8Bit() + "/hall/hall.sql: the example is not there\n");
+    QCOMPARE(run.errors, "kel: " + folder.path().toLocal8Bit() + "/hall/hall.toml: the example is not there\n");
 }
 
 void tst_Demo::picturePlaceThatCannotBeWrittenIsTold()
@@ -95,7 +95,7 @@ void tst_Demo::writesTheExample()
     const QString into = folder.filePath(QStringLiteral("mine"));
     const KelRun run = runKel({QStringLiteral("demo"), QStringLiteral("--into"), into}, {}, NoDisplay);
     QVERIFY2(run.exitCode == 0, run.errors.constData());
-    for (const char *file : {"hall.ui", "hall.sql", "hall.sqlite", "hall.var", "hall.rules"})
+    for (const char *file : {"hall.ui", "hall.toml", "hall.sqlite", "hall.var", "hall.rules"})
         QVERIFY2(QFileInfo::exists(into + QLatin1Char('/') + QLatin1String(file)), file);
 
     QProcess sim;

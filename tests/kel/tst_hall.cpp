@@ -84,7 +84,7 @@ private:
 void tst_Hall::initTestCase()
 {
     const QString catalogue = m_folder.filePath(QStringLiteral("hall.sqlite"));
-    makeCatalogue(examplePath(QStringLiteral("hall/hall.sql")), catalogue);
+    makeCatalogue(examplePath(QStringLiteral("hall/hall.toml")), catalogue);
     openCatalogue(catalogue);
 }
 
