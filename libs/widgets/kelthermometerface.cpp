@@ -6,16 +6,23 @@
 #include <QRadialGradient>
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 
 namespace
 {
 
 constexpr float HalfWidthsPerPen = 25.0F;
-constexpr float HighlightOffset = 1.5F;
+constexpr float SmallestBulb = 5.0F; // In pixels; below it nothing is worth keeping.
 
 qreal toReal(float number)
 {
     return static_cast<qreal>(number);
+}
+
+bool isWhole(qreal pixelRatio)
+{
+    return pixelRatio == std::floor(pixelRatio);
 }
 
 qreal penWidth(const ThermometerGeometry &geometry)
@@ -33,6 +40,40 @@ int labelPixelSize(const ThermometerGeometry &geometry)
     return static_cast<int>(std::min(geometry.tubeHalfWidth / 2.0F, geometry.scaleLength / 4.0F));
 }
 
+// The steps of the picture, from the back to the front. The painter's origin is the bulb's centre.
+
+void drawLiquid(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline, const QRect &area,
+                const QColor &color)
+{
+    QRadialGradient gradient(QPointF(), toReal(geometry.bulbRadius), liquidHighlight(geometry));
+    gradient.setColorAt(0.0, Qt::white);
+    gradient.setColorAt(1.0, color);
+    painter.setClipRect(area);
+    painter.fillPath(outline, gradient);
+}
+
+/// The liquid above the widget's row \a bottom, where its gradient has ended.
+void drawColumn(QPainter &painter, const ThermometerGeometry &geometry, const QRect &area, int bottom,
+                const QColor &color)
+{
+    const QPointF origin = geometry.origin();
+    const qreal h = toReal(geometry.tubeHalfWidth);
+    painter.setClipRect(area);
+    painter.translate(-origin);
+    painter.setClipRect(QRect(0, 0, qRound(geometry.width), bottom), Qt::IntersectClip);
+    painter.translate(origin);
+    painter.fillRect(QRectF(QPointF(-h, area.top() - 1), QPointF(h, area.bottom())), color);
+}
+
+void drawGlass(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline)
+{
+    const qreal h = toReal(geometry.tubeHalfWidth);
+    QLinearGradient gradient(-h, 0.0, h, 0.0);
+    gradient.setColorAt(0.0, Qt::white);
+    gradient.setColorAt(1.0, Qt::transparent);
+    painter.fillPath(outline, gradient);
+}
+
 void drawTick(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerTick &tick)
 {
     float thinness = 2.0F;
@@ -45,82 +86,9 @@ void drawTick(QPainter &painter, const ThermometerGeometry &geometry, const Ther
         reach = 2.0F;
     }
     const float h = geometry.tubeHalfWidth;
+    const int y = static_cast<int>(tick.y);
     painter.setPen(blackPen(penWidth(geometry) / toReal(thinness)));
-    painter.drawLine(static_cast<int>(-h), tick.y, static_cast<int>(-h / reach), tick.y);
-}
-
-} // namespace
-
-bool ThermometerFace::Look::operator==(const Look &other) const
-{
-    return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio && font == other.font;
-}
-
-void ThermometerFace::drop()
-{
-    m_look = Look();
-}
-
-void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
-                            const ThermometerState &state, qreal pixelRatio)
-{
-    const QSizeF size(toReal(geometry.width), toReal(geometry.height));
-    refresh(geometry, outline, {size, state.bounds, QFont(), pixelRatio});
-
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (geometry.hasScale()) {
-        const float height = liquidHeight(geometry, shareOf(state.level, state.bounds));
-        const QRect liquid = liquidArea(geometry, height);
-        painter.save();
-        painter.translate(geometry.origin());
-        drawLiquid(painter, geometry, outline, liquid, state.liquidColor);
-        painter.setClipRect(emptyArea(geometry, liquid));
-        painter.translate(-geometry.origin());
-        painter.drawPixmap(0, 0, m_glass);
-        painter.restore();
-        painter.drawPixmap(0, 0, m_scale);
-    }
-    painter.drawPixmap(0, 0, m_outline);
-}
-
-void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainterPath &outline, const Look &look)
-{
-    if (look == m_look)
-        return;
-    m_look = look;
-    const auto layer = [&geometry, &look](const auto &draw) {
-        QPixmap picture((look.size * look.pixelRatio).toSize());
-        picture.setDevicePixelRatio(look.pixelRatio);
-        picture.fill(Qt::transparent);
-        QPainter painter(&picture);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(geometry.origin());
-        draw(painter);
-        return picture;
-    };
-    m_glass = layer([&](QPainter &painter) { drawGlass(painter, geometry, outline); });
-    m_scale = layer([&](QPainter &painter) { drawScale(painter, geometry, look.bounds, look.font); });
-    m_outline = layer([&](QPainter &painter) { drawOutline(painter, geometry, outline); });
-}
-
-void drawLiquid(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline, const QRect &area,
-                const QColor &color)
-{
-    const qreal focus = toReal(geometry.tubeHalfWidth / HighlightOffset);
-    QRadialGradient gradient(QPointF(), toReal(geometry.bulbRadius), QPointF(-focus, focus));
-    gradient.setColorAt(0.0, Qt::white);
-    gradient.setColorAt(1.0, color);
-    painter.setClipRect(area);
-    painter.fillPath(outline, gradient);
-}
-
-void drawGlass(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline)
-{
-    const qreal h = toReal(geometry.tubeHalfWidth);
-    QLinearGradient gradient(-h, 0.0, h, 0.0);
-    gradient.setColorAt(0.0, Qt::white);
-    gradient.setColorAt(1.0, Qt::transparent);
-    painter.fillPath(outline, gradient);
+    painter.drawLine(static_cast<int>(-h), y, static_cast<int>(-h / reach), y);
 }
 
 void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerBounds &bounds,
@@ -133,7 +101,6 @@ void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const The
         labelFont.setPixelSize(pixelSize);
     const int digitHeight = pixelSize > 0 ? QFontMetrics(labelFont).boundingRect(QStringLiteral("0")).height() : 0;
 
-    painter.save();
     painter.translate(0.0, -toReal(geometry.bulbRadius));
     painter.setFont(labelFont);
     for (const ThermometerTick &tick : thermometerTicks(geometry, bounds, digitHeight)) {
@@ -141,10 +108,120 @@ void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const The
         if (pixelSize > 0 && !tick.label.isEmpty())
             painter.drawText(0, static_cast<int>(tick.y + digitHeight / 4.0), tick.label);
     }
-    painter.restore();
 }
 
 void drawOutline(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline)
 {
     painter.strokePath(outline, blackPen(penWidth(geometry)));
+}
+
+/// What \a draw paints on a transparent sheet of the widget's size.
+template <typename Draw>
+QImage sheetOf(const ThermometerGeometry &geometry, qreal pixelRatio, const Draw &draw)
+{
+    const QSizeF size(toReal(geometry.width), toReal(geometry.height));
+    QImage sheet((size * pixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    sheet.setDevicePixelRatio(pixelRatio);
+    sheet.fill(Qt::transparent);
+    QPainter painter(&sheet);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(geometry.origin());
+    draw(painter);
+    return sheet;
+}
+
+/// The pixels of a widget around all that is not transparent; each is \a scale pixels of \a sheet long.
+QRect inkedArea(const QImage &sheet, int scale)
+{
+    const auto isInk = [](QRgb pixel) { return pixel != 0; };
+    QRect ink;
+    for (int y = 0; y < sheet.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(sheet.constScanLine(y));
+        const auto *end = line + sheet.width();
+        const auto *first = std::find_if(line, end, isInk);
+        if (first == end)
+            continue;
+        const auto last = std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(first), isInk);
+        const int left = static_cast<int>(first - line);
+        const int right = static_cast<int>(last.base() - line) - 1;
+        ink |= QRect(QPoint(left / scale, y / scale), QPoint(right / scale, y / scale));
+    }
+    return ink;
+}
+
+} // namespace
+
+bool ThermometerFace::Look::operator==(const Look &other) const
+{
+    return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio && font == other.font;
+}
+
+void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
+                            const ThermometerState &state, qreal pixelRatio)
+{
+    const QSizeF size(toReal(geometry.width), toReal(geometry.height));
+    refresh(geometry, outline, {size, state.bounds, QFont(), pixelRatio});
+
+    if (geometry.hasScale()) {
+        const QPointF corner = -geometry.origin();
+        const QRect liquid = liquidArea(geometry, liquidHeight(geometry, shareOf(state.level, state.bounds)));
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(geometry.origin());
+        if (canPaintApart(geometry, liquid)) {
+            drawColumn(painter, geometry, liquid, m_bulb.top(), state.liquidColor);
+            painter.setClipRect(liquid);
+            m_bulb.draw(painter, corner, state.liquidColor);
+        } else {
+            drawLiquid(painter, geometry, outline, liquid, state.liquidColor);
+        }
+        painter.setClipRect(emptyArea(geometry, liquid));
+        painter.drawPixmap(corner + m_glass.corner, m_glass.picture);
+        painter.restore();
+        painter.drawPixmap(m_scale.corner, m_scale.picture);
+    }
+    painter.drawPixmap(m_outline.corner, m_outline.picture);
+}
+
+void ThermometerFace::drop()
+{
+    m_look = Look();
+}
+
+void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainterPath &outline, const Look &look)
+{
+    if (look == m_look)
+        return;
+    m_look = look;
+    const qreal ratio = look.pixelRatio;
+    m_outline = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawOutline(sheet, geometry, outline); }));
+    if (!geometry.hasScale())
+        return;
+    m_glass = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); }));
+    m_scale =
+        cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawScale(sheet, geometry, look.bounds, look.font); }));
+    if (isWhole(ratio)) {
+        const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
+        m_bulb = ThermometerBulb(geometry, figure, static_cast<int>(ratio));
+    }
+}
+
+/// Without the transparent margins of \a sheet. They stay when a pixel of the widget is no whole number of
+/// the screen's.
+ThermometerFace::Layer ThermometerFace::cropped(const QImage &sheet) const
+{
+    if (!isWhole(m_look.pixelRatio))
+        return {QPixmap::fromImage(sheet), QPoint()};
+    const int scale = static_cast<int>(m_look.pixelRatio);
+    const QRect ink = inkedArea(sheet, scale);
+    return {QPixmap::fromImage(sheet.copy(QRect(ink.topLeft() * scale, ink.size() * scale))), ink.topLeft()};
+}
+
+/// Whether bulb and column give the same picture as the whole liquid: where pixels are whole, where the
+/// bulb has a size, and while the column does not reach into the tube's round end.
+bool ThermometerFace::canPaintApart(const ThermometerGeometry &geometry, const QRect &liquid) const
+{
+    const float tubeTop = -geometry.bulbRadius - geometry.scaleLength;
+    return isWhole(m_look.pixelRatio) && geometry.bulbRadius >= SmallestBulb &&
+           static_cast<float>(liquid.top()) > tubeTop + 1.0F;
 }

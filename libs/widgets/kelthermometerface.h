@@ -2,12 +2,10 @@
 /// How a thermometer is painted. Not installed.
 #pragma once
 
-#include "kelthermometergeometry.h"
+#include "kelthermometerbulb.h"
 
 #include <QFont>
 #include <QPixmap>
-
-class QPainter;
 
 /// What a thermometer shows.
 struct ThermometerState {
@@ -16,8 +14,8 @@ struct ThermometerState {
     QColor liquidColor;
 };
 
-/// Paints thermometers. What does not move with the level (the glass, the scale, the outline) is kept as
-/// pictures for a size, a pixel ratio, the scale's bounds and a font.
+/// Paints thermometers. What does not move with the level (the glass, the scale, the outline, the bulb's
+/// shape) is kept as pictures for a size, a pixel ratio, the scale's bounds and a font.
 class ThermometerFace
 {
 public:
@@ -38,18 +36,19 @@ private:
         bool operator==(const Look &other) const;
     };
 
+    /// A part of the face as a picture, and its place in the widget.
+    struct Layer {
+        QPixmap picture;
+        QPoint corner;
+    };
+
     void refresh(const ThermometerGeometry &geometry, const QPainterPath &outline, const Look &look);
+    Layer cropped(const QImage &sheet) const;
+    bool canPaintApart(const ThermometerGeometry &geometry, const QRect &liquid) const;
 
     Look m_look;
-    QPixmap m_glass;
-    QPixmap m_scale;
-    QPixmap m_outline;
+    Layer m_glass;
+    Layer m_scale;
+    Layer m_outline;
+    ThermometerBulb m_bulb;
 };
-
-/// The steps of the picture, from the back to the front. The painter's origin is the bulb's centre.
-void drawLiquid(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline, const QRect &area,
-                const QColor &color);
-void drawGlass(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline);
-void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerBounds &bounds,
-               const QFont &font);
-void drawOutline(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline);

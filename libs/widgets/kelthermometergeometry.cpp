@@ -13,13 +13,15 @@ constexpr float WidestBulb = 2.0F;
 constexpr float NarrowestBulb = 7.0F;
 constexpr float RadiiBesideScale = 2.5F;
 
+constexpr float HighlightOffset = 1.5F;
+
 // Room for the outline's pen.
 constexpr float Margin = 3.0F;
 
 constexpr int ColdHue = 200;
 constexpr int WarmHue = 20;
 
-constexpr double LargestStep = 1e300;
+constexpr double LargestStep = 1e307;
 constexpr double LargestWholeNumber = 1e15; // Shown with all its digits.
 constexpr double FarAway = 1e6;             // In pixels; nobody sees what is there.
 
@@ -142,6 +144,12 @@ QRect emptyArea(const ThermometerGeometry &geometry, const QRect &liquid)
     return {liquid.left(), liquid.top() - height, liquid.width(), height};
 }
 
+QPointF liquidHighlight(const ThermometerGeometry &geometry)
+{
+    const double offset = toDouble(geometry.tubeHalfWidth / HighlightOffset);
+    return {-offset, offset};
+}
+
 double numberAt(const ThermometerGeometry &geometry, const ThermometerBounds &bounds, int y)
 {
     const float down = (static_cast<float>(y) - geometry.bulbRadius / 2.0F) / geometry.scaleLength;
@@ -176,7 +184,7 @@ QVector<ThermometerTick> thermometerTicks(const ThermometerGeometry &geometry, c
         const double number = (first + i) * steps.tick;
         const double y = -shareOf(number, bounds) * length;
         ThermometerTick tick;
-        tick.y = static_cast<int>(qBound(-FarAway, y, FarAway));
+        tick.y = qBound(-FarAway, y, FarAway);
         if (steps.tick >= 10.0 || isMultiple(number, 10.0)) { // very large numbers are multiples only roughly
             tick.length = ThermometerTick::Length::Long;
             if (isMultiple(first + i, steps.label / steps.tick))

@@ -52,6 +52,9 @@ KEL_WIDGETS_EXPORT QRect liquidArea(const ThermometerGeometry &geometry, float l
 /// The whole pixels above \a liquid.
 KEL_WIDGETS_EXPORT QRect emptyArea(const ThermometerGeometry &geometry, const QRect &liquid);
 
+/// Where the liquid is white, seen from the origin.
+KEL_WIDGETS_EXPORT QPointF liquidHighlight(const ThermometerGeometry &geometry);
+
 /// The number that the pixel row \a y of the widget stands for; beyond the bounds outside the scale.
 KEL_WIDGETS_EXPORT double numberAt(const ThermometerGeometry &geometry, const ThermometerBounds &bounds, int y);
 
@@ -62,7 +65,7 @@ KEL_WIDGETS_EXPORT QColor liquidColor(double share);
 struct ThermometerTick {
     enum class Length { Short, Medium, Long };
 
-    int y = 0; ///< Above the zero level it is negative.
+    double y = 0.0; ///< From the zero level, upwards negative; lines and labels stand on whole pixels.
     Length length = Length::Short;
     QString label; ///< Only long ones have one.
 };
