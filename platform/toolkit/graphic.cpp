@@ -32,6 +32,7 @@ Graphic::Graphic(QWidget *parent)
     : QWidget(parent)
     , m_parts(std::make_unique<GraphicParts>(*this))
 {
+    qRegisterMetaType<QPainter *>("QPainter*"); // for those who look at signals by name
     setButtons(usualButtons());
 }
 
@@ -239,6 +240,7 @@ void Graphic::setPaused(bool isPaused)
     m_parts->toolBar->setChecked(PauseButton, isPaused);
     if (m_parts->isPaused == isPaused)
         return;
+    m_parts->sync(); // the picture that is held is the one that is due now
     for (GraphicParts::Curve &curve : m_parts->curves) {
         curve.series.settle();
         curve.held = isPaused ? curve.series : GraphicSeries();

@@ -132,8 +132,8 @@ QString numberLabel(double value, double step, double largest, int precisionStep
     locale.setNumberOptions(QLocale::OmitGroupSeparator);
     const int decimals = labelDecimals(step, precisionStep);
     if (digitsBefore(largest) > MostDigits || (largest > 0.0 && largest < std::pow(10.0, -MostDigits / 2))) {
-        const double digits = std::ceil(std::log10(std::max(1.0, largest / step)) - 1e-9);
-        return locale.toString(value, 'e', std::clamp(static_cast<int>(digits), 0, MostDecimals));
+        const double power = std::pow(10.0, std::floor(std::log10(largest)));
+        return locale.toString(value, 'e', labelDecimals(step / power, precisionStep));
     }
     QString text = locale.toString(value, 'f', decimals);
     if (precisionStep <= 0 && decimals > 0) {

@@ -9,6 +9,8 @@ namespace
 constexpr int ExactPoints = 2;       ///< A run of so many is drawn point by point.
 constexpr int BarsAtOnce = 4096;     ///< Curves that go back and forth can have bars without end.
 constexpr int LinePoints = 512;      ///< A longer line is drawn in pieces, as its outline is made at once.
+constexpr double LeastCover = 0.25;  ///< A pen that covers less of a column leaves it alone.
+constexpr double LeastShare = 0.02;  ///< Of a pixel; less cannot be seen.
 constexpr double PaperColumns = 2.0; ///< Columns per unit of length where there are no pixels.
 
 /// Narrows \a from..\a to (shares of a line) to where start + share * delta is at least \a least.
@@ -80,6 +82,10 @@ GraphicCurvePainter::GraphicCurvePainter(QPainter &painter, const QRectF &area, 
     , m_pen(pen)
     , m_medium(medium)
 {
+    // A round pen. It reaches into a column when it covers a good part of it.
+    const double radius = pen.widthF() / 2.0;
+    for (double distance = 0.0; distance == 0.0 || distance <= radius - LeastCover; distance += 1.0)
+        m_reach.append(std::sqrt(radius * radius - distance * distance));
 }
 
 GraphicCurvePainter::~GraphicCurvePainter()
@@ -230,12 +236,14 @@ void GraphicCurvePainter::drawBars()
     if (m_bars.isEmpty())
         return;
     m_painter.setRenderHint(QPainter::Antialiasing, false);
-    const double half = m_pen.widthF() / 2.0;
-    for (const Bar &bar : qAsConst(m_bars)) {
-        const double top = std::max(bar.top - half, m_area.top());
-        const double bottom = std::min(bar.bottom + half, m_area.bottom());
-        if (top < bottom)
-            drawBarEnds(bar, top, bottom);
+    int first = 0;
+    while (first < m_bars.size()) {
+        int end = first + 1;
+        const int step = end < m_bars.size() ? m_bars.at(end).column - m_bars.at(first).column : 0;
+        while (std::abs(step) == 1 && end < m_bars.size() && m_bars.at(end).column - m_bars.at(end - 1).column == step)
+            ++end;
+        drawNeighbours(m_bars.constData() + first, end - first, step < 0 ? -1 : 1);
+        first = end;
     }
     m_painter.setPen(Qt::NoPen);
     m_painter.setBrush(m_pen.color());
@@ -244,24 +252,42 @@ void GraphicCurvePainter::drawBars()
     m_bars.clear();
 }
 
-/// Puts the whole pixels from \a top to \a bottom into m_fullRects and draws the shares at both ends.
-void GraphicCurvePainter::drawBarEnds(const Bar &bar, double top, double bottom)
+/// Draws what the pen covers when it goes along bars whose columns follow each other by \a step, each column
+/// once: shares of pixels would add up otherwise.
+void GraphicCurvePainter::drawNeighbours(const Bar *bars, int count, int step)
 {
-    // Bars are as wide as lines, in whole columns, so that a peak is seen as well as a slope.
-    const int width = std::max(1, static_cast<int>(m_pen.widthF() + 0.49));
-    const int x = static_cast<int>(m_area.left()) + bar.column - (width - 1) / 2;
+    const int reach = m_reach.size() - 1;
+    for (int i = -reach; i < count + reach; ++i) {
+        double top = m_area.bottom();
+        double bottom = m_area.top();
+        for (int j = std::max(0, i - reach); j <= std::min(count - 1, i + reach); ++j) {
+            const double extra = m_reach.at(std::abs(i - j));
+            top = std::min(top, bars[j].top - extra);
+            bottom = std::max(bottom, bars[j].bottom + extra);
+        }
+        top = std::max(top, m_area.top());
+        bottom = std::min(bottom, m_area.bottom());
+        if (top < bottom)
+            drawBar(bars[0].column + step * i, top, bottom);
+    }
+}
+
+/// Puts the whole pixels from \a top to \a bottom into m_fullRects and draws the shares at both ends.
+void GraphicCurvePainter::drawBar(int column, double top, double bottom)
+{
+    const int x = static_cast<int>(m_area.left()) + column;
     const int firstFull = static_cast<int>(std::ceil(top));
     const int endFull = static_cast<int>(std::floor(bottom));
     if (firstFull > endFull) { // all inside one pixel
-        m_painter.fillRect(QRect(x, endFull, width, 1), withCoverage(m_pen.color(), bottom - top));
+        m_painter.fillRect(QRect(x, endFull, 1, 1), withCoverage(m_pen.color(), bottom - top));
         return;
     }
-    if (firstFull - top > 0.02)
-        m_painter.fillRect(QRect(x, firstFull - 1, width, 1), withCoverage(m_pen.color(), firstFull - top));
-    if (bottom - endFull > 0.02)
-        m_painter.fillRect(QRect(x, endFull, width, 1), withCoverage(m_pen.color(), bottom - endFull));
+    if (firstFull - top > LeastShare)
+        m_painter.fillRect(QRect(x, firstFull - 1, 1, 1), withCoverage(m_pen.color(), firstFull - top));
+    if (bottom - endFull > LeastShare)
+        m_painter.fillRect(QRect(x, endFull, 1, 1), withCoverage(m_pen.color(), bottom - endFull));
     if (firstFull < endFull)
-        m_fullRects.append(QRect(x, firstFull, width, endFull - firstFull));
+        m_fullRects.append(QRect(x, firstFull, 1, endFull - firstFull));
 }
 
 void drawSeries(QPainter &painter, const QRectF &area, const GraphicSeries &series, const GraphicScale &xScale,

@@ -51,7 +51,8 @@ private:
     void addToLine(const QPointF &point);
     void drawPiece(const QPolygonF &piece);
     void drawBars();
-    void drawBarEnds(const Bar &bar, double top, double bottom);
+    void drawNeighbours(const Bar *bars, int count, int step);
+    void drawBar(int column, double top, double bottom);
 
     QPainter &m_painter;
     const QRectF m_area;
@@ -64,6 +65,7 @@ private:
     QVector<Bar> m_bars;
     bool m_isAfterBar = false; ///< The last run became a bar,
     GraphicPoint m_barEnd{};   ///< and this was its last point.
+    QVector<double> m_reach;   ///< How far the pen reaches up and down, by the distance in columns.
     QVector<QRect> m_fullRects;
 };
 

@@ -21,7 +21,7 @@
 namespace
 {
 
-constexpr double MostPixels = 1 << 14; ///< Along a side of an image; painters count in 16 bits.
+constexpr double MostPixels = 1 << 13; ///< Along a side of an image; a square of it takes 256 MiB.
 
 /// The bytes of a file with the drawing that \a draw makes at \a size.
 template <typename Draw>

@@ -8,6 +8,7 @@
 #include <graphiccurve.h>
 #include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
+#include <qwt_scale_draw.h>
 #include <qwt_scale_widget.h>
 #include <qwt_text.h>
 
@@ -86,6 +87,7 @@ void GraphicPlot::setLabels(Axis axis, const GraphicLabels &labels, const QStrin
     QwtText text(title, QwtText::PlainText);
     text.setFont(axisFont(axis));
     setAxisTitle(axis, text);
+    holdStill();
 }
 
 void GraphicPlot::setRange(Axis axis, const GraphicRange &range)
@@ -101,6 +103,9 @@ void GraphicPlot::setGrid(bool isVisible)
 void GraphicPlot::settle()
 {
     updateAxes();
+    // Wider labels take their place once; giving it back would shake the picture.
+    QwtScaleDraw *draw = axisScaleDraw(yLeft);
+    draw->setMinimumExtent(std::max(draw->minimumExtent(), draw->extent(axisFont(yLeft))));
     QCoreApplication::sendPostedEvents(this, QEvent::LayoutRequest);
     m_canvas->invalidate();
 }
@@ -140,6 +145,19 @@ void GraphicPlot::setFonts()
         title.setFont(labels);
         setAxisTitle(axis, title);
     }
+    holdStill();
+}
+
+/// Keeps room for usual labels, so that the canvas stays where it is while others come and go.
+void GraphicPlot::holdStill()
+{
+    const QFontMetricsF metrics(axisFont(yLeft));
+    QwtScaleDraw *draw = axisScaleDraw(yLeft);
+    draw->setMinimumExtent(metrics.horizontalAdvance(QStringLiteral("-000.0")) + draw->maxTickLength() +
+                           draw->spacing());
+    const int overhang = qRound(metrics.horizontalAdvance(QStringLiteral("-000.0")) / 2.0);
+    axisWidget(xBottom)->setMinBorderDist(overhang, overhang);
+    axisWidget(yLeft)->setMinBorderDist(qRound(metrics.height() / 2.0), qRound(metrics.height() / 2.0));
 }
 
 void GraphicPlot::setColors()

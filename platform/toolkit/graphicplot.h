@@ -70,6 +70,7 @@ protected:
 private:
     void setFonts();
     void setColors();
+    void holdStill();
 
     GraphicCanvas *m_canvas;
     GraphicBackground m_background;
