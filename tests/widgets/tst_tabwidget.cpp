@@ -36,6 +36,7 @@ private Q_SLOTS:
     void autoSide();
     void autoSideOfAThinWidget_data();
     void autoSideOfAThinWidget();
+    void autoSideOfALineWithoutTabs();
     void sideChangesAtAResizeOnly();
     void autoSideIsOffAtFirst();
     void theExampleGoesToTheLeft();
@@ -350,6 +351,8 @@ void tst_TabWidget::autoSideOfAThinWidget_data()
         QTest::newRow((name + ", flat").constData()) << from << QSize(400, 1);
         QTest::newRow((name + ", thin").constData()) << from << QSize(1, 400);
         QTest::newRow((name + ", smaller than the bar").constData()) << from << QSize(3, 2);
+        QTest::newRow((name + ", thinner, but higher").constData()) << from << QSize(2, 20);
+        QTest::newRow((name + ", lower, but wider").constData()) << from << QSize(20, 2);
         QTest::newRow((name + ", lower than the bar").constData()) << from << QSize(400, 5);
         QTest::newRow((name + ", as low as the bar").constData()) << from << QSize(400, -1);
         QTest::newRow((name + ", as narrow as the bar").constData()) << from << QSize(-1, 400);
@@ -366,6 +369,20 @@ void tst_TabWidget::autoSideOfAThinWidget()
     const int bar = from == QTabWidget::North ? bench.bar().height() : bench.bar().width();
     bench.widget.resize(size.width() < 0 ? bar : size.width(), size.height() < 0 ? bar : size.height());
     QCOMPARE(int(bench.widget.tabPosition()), from);
+}
+
+// An empty bar takes nothing away, yet a line has no sides to choose from.
+void tst_TabWidget::autoSideOfALineWithoutTabs()
+{
+    TabBench bench(0);
+    bench.widget.setAutoSide(true);
+    bench.widget.resize(400, 1);
+    QCOMPARE(bench.bar().height(), 0);
+    QCOMPARE(bench.widget.tabPosition(), QTabWidget::North);
+    bench.widget.resize(400, 2);
+    QCOMPARE(bench.widget.tabPosition(), QTabWidget::West);
+    bench.widget.resize(1, 400);
+    QCOMPARE(bench.widget.tabPosition(), QTabWidget::West);
 }
 
 void tst_TabWidget::sideChangesAtAResizeOnly()
