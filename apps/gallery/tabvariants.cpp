@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
-#include <QTimer>
 
 namespace
 {
@@ -36,7 +35,8 @@ GalleryVariant tabsLook(const char *caption, int count, QTabWidget::TabPosition 
         tabs.setTabPosition(side);
         // There is something to drag once the tabs have their room.
         if (share > 0.0)
-            QTimer::singleShot(0, &tabs, [&tabs, share] { dragBar(tabs, share); });
+            QMetaObject::invokeMethod(
+                &tabs, [&tabs, share] { dragBar(tabs, share); }, Qt::QueuedConnection);
     };
     return {QString::fromLatin1(caption), apply, false};
 }
