@@ -19,6 +19,7 @@ private Q_SLOTS:
     void shares();
     void liquidHeights_data();
     void liquidHeights();
+    void liquidHeightIsSinglePrecision();
     void areasAreWholePixels_data();
     void areasAreWholePixels();
     void numbers_data();
@@ -152,6 +153,19 @@ void tst_ThermometerGeometry::liquidHeights()
     QFETCH(float, part);
     const ThermometerGeometry geometry = layoutThermometer(QSize(120, 300));
     QVERIFY(liquidHeight(geometry, share) == part * geometry.scaleLength); // to the bit
+}
+
+void tst_ThermometerGeometry::liquidHeightIsSinglePrecision()
+{
+    const ThermometerGeometry geometry = layoutThermometer(QSize(120, 300));
+    int different = 0;
+    for (int i = 1; i < 1000; ++i) {
+        const double share = i / 1000.0;
+        const float expected = float(share) * geometry.scaleLength;
+        QVERIFY(liquidHeight(geometry, share) == expected); // to the bit
+        different += expected == float(share * double(geometry.scaleLength)) ? 0 : 1;
+    }
+    QVERIFY(different > 100);
 }
 
 void tst_ThermometerGeometry::areasAreWholePixels_data()
