@@ -29,6 +29,7 @@ private Q_SLOTS:
     void sarifNamesFiles_data();
     void sarifNamesFiles();
     void cleanReportsAreEmpty();
+    void noDisplayIsNeeded();
     void exceptLeavesARuleOut();
     void catalogueOfTheFormIsUsed();
     void formOfAProjectIsBesideIt();
@@ -213,6 +214,14 @@ void tst_CheckReport::cleanReportsAreEmpty()
     const KelRun sarif = check({form, QStringLiteral("--sarif")});
     QCOMPARE(sarif.exitCode, 0);
     QVERIFY(objectOf(sarif.output)[QLatin1String("runs")][0][QLatin1String("results")].isArray());
+}
+
+void tst_CheckReport::noDisplayIsNeeded()
+{
+    const QString form = write(QStringLiteral("good.ui"), Good);
+    const KelRun run = runKel({QStringLiteral("check"), form}, QString(),
+                              {QStringLiteral("QT_QPA_PLATFORM="), QStringLiteral("DISPLAY=:4711")});
+    QCOMPARE(run.exitCode, 0);
 }
 
 void tst_CheckReport::exceptLeavesARuleOut()
