@@ -11,10 +11,12 @@
 namespace
 {
 
-/// An hour of a room's climate, at a fixed time.
+constexpr double Start = 1767250800.0; // 2026-01-01 07:00 UTC
+constexpr double Hour = 3600.0;
+
+/// An hour of a room's climate.
 void fillCurves(KelGraphic &plot)
 {
-    constexpr double Start = 1767250800.0;
     constexpr double PointsPerTurn = 40.0;
     for (int i = 0; i <= 120; ++i) {
         const double turn = i / PointsPerTurn;
@@ -32,8 +34,7 @@ public:
 
     bool eventFilter(QObject *, QEvent *event) override
     {
-        const QList<int> &stopped = m_timers;
-        return event->type() == QEvent::Timer && stopped.contains(static_cast<QTimerEvent *>(event)->timerId());
+        return event->type() == QEvent::Timer && m_timers.contains(static_cast<QTimerEvent *>(event)->timerId());
     }
 
     void stop(int timer) { m_timers << timer; }
@@ -53,6 +54,7 @@ void showStandingIcon(KelGraphic &plot)
             filter->stop(timer.timerId);
     }
     plot.installEventFilter(filter);
+    plot.setVisibleRange(Graphic::XAxis, Start, Start + Hour);
 }
 
 } // namespace

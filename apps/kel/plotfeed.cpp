@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr double MsPerSecond = 1000.0;
+constexpr double FirstSeconds = 60.0; // along the time axis before anything came
 
 /// The present time as the time axis of a plot counts it: seconds since 1970.
 double now()
@@ -45,6 +46,15 @@ void feedCurve(KelGraphic &plot, int curve, const QString &variable, LocalDevice
         // Again with every point, so that a plot that was started anew hears of it too.
         plot.graphicDone(variable);
     });
+}
+
+/// Empties \a plot, turns its icon, and lets it show the present time until there are points to show.
+void startNow(KelGraphic &plot)
+{
+    plot.setTimeAxis(true);
+    plot.reset();
+    plot.setVisibleRange(Graphic::XAxis, now(), now() + FirstSeconds);
+    plot.setFitted(true);
 }
 
 /// Feeds one curve; what is wrong with its variable, empty when it is fed.
@@ -103,8 +113,7 @@ QStringList feedPlots(QWidget &window)
                                   .arg(plot->objectName(), variables.at(curve), problem)
                                   .simplified();
         }
-        plot->setTimeAxis(true);
-        plot->reset();
+        startNow(*plot);
     }
     return complaints;
 }

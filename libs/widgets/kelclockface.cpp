@@ -34,8 +34,7 @@ KelClock::_NumericCircle::_NumericCircle(QVector<ClockRing> rings, QVector<Arrow
 void KelClock::_NumericCircle::setSelectedText(const QString &text)
 {
     m_selectedText = text;
-    m_still = QPixmap(); // The parts stay where they are.
-    update();
+    dropStill();
 }
 
 void KelClock::_NumericCircle::setCurrentAngle(int hand, float angle)

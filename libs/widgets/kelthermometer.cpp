@@ -45,8 +45,7 @@ void KelThermometer::calcColor()
 
 void KelThermometer::animate()
 {
-    const double way = m_value - static_cast<double>(h__anim());
-    if (std::abs(m_value) <= LargestSingle && std::abs(way) <= LargestSingle) {
+    if (std::abs(m_value) <= LargestSingle) {
         animateTo(*m_animation, m_value);
         return;
     }

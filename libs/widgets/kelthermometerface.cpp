@@ -91,11 +91,12 @@ void drawTick(QPainter &painter, const ThermometerGeometry &geometry, const Ther
     painter.drawLine(static_cast<int>(-h), y, static_cast<int>(-h / reach), y);
 }
 
-void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerBounds &bounds)
+void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerBounds &bounds,
+               const QFont &font)
 {
     // Without a pixel there are no digits.
     const int pixelSize = labelPixelSize(geometry);
-    QFont labelFont;
+    QFont labelFont(font);
     if (pixelSize > 0)
         labelFont.setPixelSize(pixelSize);
     const int digitHeight = pixelSize > 0 ? QFontMetrics(labelFont).boundingRect(QStringLiteral("0")).height() : 0;
@@ -152,14 +153,14 @@ QRect inkedArea(const QImage &sheet, int scale)
 
 bool ThermometerFace::Look::operator==(const Look &other) const
 {
-    return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio;
+    return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio && font == other.font;
 }
 
 void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
                             const ThermometerState &state, qreal pixelRatio)
 {
     const QSizeF size(toReal(geometry.width), toReal(geometry.height));
-    refresh(geometry, outline, {size, state.bounds, pixelRatio});
+    refresh(geometry, outline, {size, state.bounds, QFont(), pixelRatio});
 
     if (geometry.hasScale()) {
         const QPointF corner = -geometry.origin();
@@ -197,7 +198,8 @@ void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainte
     if (!geometry.hasScale())
         return;
     m_glass = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); }));
-    m_scale = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawScale(sheet, geometry, look.bounds); }));
+    m_scale =
+        cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawScale(sheet, geometry, look.bounds, look.font); }));
     if (isWhole(ratio)) {
         const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
         m_bulb = ThermometerBulb(geometry, figure, static_cast<int>(ratio));

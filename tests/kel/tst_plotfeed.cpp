@@ -74,6 +74,7 @@ private Q_SLOTS:
     void answersBecomePoints();
     void valuesOfOthersAreNotShown();
     void iconTurnsUntilAllHaveCome();
+    void emptyPlotShowsThePresent();
     void plotThatWasStartedAnewIsFedAgain();
     void plotWithoutVariablesStaysAsItIs();
     void variablesThatCannotBeFedAreNamed();
@@ -224,6 +225,23 @@ void tst_PlotFeed::iconTurnsUntilAllHaveCome()
     QVERIFY(!showsIcon(plot));
     hear(form, "climate", "a2071637");
     QVERIFY(!showsIcon(plot));
+}
+
+void tst_PlotFeed::emptyPlotShowsThePresent()
+{
+    const LoadedForm form = loadForm(writeForm(formText({QStringLiteral("climate.0=Temperature")})));
+    form.window->show();
+    KelGraphic &plot = plotOf(form);
+    const double before = double(QDateTime::currentMSecsSinceEpoch()) / 1000.0 - 0.001;
+    feedPlots(*form.window);
+    const double start = plot.visibleRange(Graphic::XAxis).first;
+    QVERIFY2(start >= before && start < before + 60.0, qPrintable(QString::number(start, 'f')));
+
+    // From the first point on the range follows the points.
+    QVERIFY(plot.isFitted());
+    hear(form, "climate", "a2071537");
+    plot.addPoint(start - 3600.0, 20.0, 0);
+    QVERIFY(plot.visibleRange(Graphic::XAxis).first <= start - 3600.0);
 }
 
 void tst_PlotFeed::plotThatWasStartedAnewIsFedAgain()

@@ -130,6 +130,7 @@ void show(KelGraphic &plot)
     plot.resize(400, 240);
     plot.setVariables(texts({"a=Alpha", "b=Beta"}));
     plot.show();
+    plot.grab(); // so that the canvas has its size
 }
 
 } // namespace

@@ -102,8 +102,7 @@ void DeviceRules::checkSelection(const FormObject &object)
     if (panel.isSetByWire(object, CurrentID))
         return;
     const int row = panel.numberOf(object, CurrentID);
-    constexpr int NoRow = -1;
-    if (row == NoRow) {
+    if (!object.properties.contains(CurrentID)) {
         // Without a device it can still pass texts and bytes on, but it knows no numbers.
         const auto to = panel.wiresTo(object);
         const auto from = panel.wiresFrom(object);
