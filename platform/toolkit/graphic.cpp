@@ -68,10 +68,8 @@ const GraphicType &Graphic::graphic(int i) const
 void Graphic::addPoint(double x, double y, int i)
 {
     GraphicParts::Curve *curve = m_parts->curve(i);
-    if (!curve)
-        return;
-    curve->series.append(x, y);
-    m_parts->schedule(true);
+    if (curve)
+        m_parts->addPoint(*curve, x, y);
 }
 
 void Graphic::setGraphicData(const QVector<QPointF> &points, int i)

@@ -33,6 +33,12 @@ void GraphicCanvas::invalidate()
     update();
 }
 
+void GraphicCanvas::invalidate(int left, int right)
+{
+    m_strip |= QRect(left, 0, right - left, height());
+    update();
+}
+
 bool GraphicCanvas::event(QEvent *event)
 {
     if (event->type() == QEvent::Gesture) {
@@ -49,6 +55,9 @@ void GraphicCanvas::paintEvent(QPaintEvent *)
     Q_EMIT aboutToPaint();
     if (m_picture.isNull() || m_picture.size() != size() * devicePixelRatioF())
         renderItems();
+    else if (!m_strip.isEmpty())
+        renderStrip();
+    m_strip = QRect();
 
     QPainter painter(this);
     painter.drawPixmap(0, 0, m_picture);
@@ -128,6 +137,13 @@ void GraphicCanvas::renderItems()
     m_picture.setDevicePixelRatio(devicePixelRatioF());
     m_picture.fill(palette().color(QPalette::Base)); // its last row may be a part of a pixel
     QPainter painter(&m_picture);
+    m_plot.drawCanvas(&painter);
+}
+
+void GraphicCanvas::renderStrip()
+{
+    QPainter painter(&m_picture);
+    painter.setClipRect(m_strip);
     m_plot.drawCanvas(&painter);
 }
 

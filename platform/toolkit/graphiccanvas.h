@@ -5,6 +5,7 @@
 #include <QPainterPath>
 #include <QPixmap>
 #include <QPointF>
+#include <QRect>
 #include <QWidget>
 
 class QPinchGesture;
@@ -19,7 +20,8 @@ class GraphicCanvas : public QWidget
 public:
     explicit GraphicCanvas(QwtPlot &plot);
 
-    void invalidate(); ///< The items have changed.
+    void invalidate();                    ///< The items have changed.
+    void invalidate(int left, int right); ///< Only from one x to before the other.
 
     // What the plot library calls by name.
     Q_INVOKABLE void replot() { invalidate(); }
@@ -49,12 +51,14 @@ protected:
 
 private:
     void renderItems();
+    void renderStrip();
     void pinched(const QPinchGesture &pinch);
 
     enum class Drag { None, Pressed, Moving };
 
     QwtPlot &m_plot;
     QPixmap m_picture; ///< Of the items; null when they have changed.
+    QRect m_strip;     ///< The part of it that is not up to date.
     Drag m_drag = Drag::None;
     QPointF m_dragFrom;
 };

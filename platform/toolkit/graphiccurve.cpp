@@ -8,7 +8,10 @@ namespace
 
 constexpr int ExactPoints = 2;       ///< A run of so many is drawn point by point.
 constexpr int BarsAtOnce = 4096;     ///< Curves that go back and forth can have bars without end.
-constexpr int LinePoints = 512;      ///< A longer line is drawn in pieces, as its outline is made at once.
+constexpr int LinePoints = 512;      ///< A longer line is drawn in pieces, but dashes begin anew with each.
+constexpr int WidePoints = 8;        ///< Outlines that cross themselves cost more than many short ones.
+constexpr double ThinWidth = 2.0;    ///< Such lines, in pixels, are made of the quick ones with a width of 1
+constexpr double CoarseLength = 8.0; ///< where their parts are so long that the joints are not seen.
 constexpr double LeastCover = 0.25;  ///< A pen that covers less of a column leaves it alone.
 constexpr double LeastShare = 0.02;  ///< Of a pixel; less cannot be seen.
 constexpr double PaperColumns = 2.0; ///< Columns per unit of length where there are no pixels.
@@ -24,6 +27,15 @@ bool narrow(double start, double delta, double least, double &from, double &to)
     else
         to = std::min(to, share);
     return from <= to;
+}
+
+/// Whether the parts of \a piece are long on average.
+bool isCoarse(const QPolygonF &piece)
+{
+    double length = 0.0;
+    for (int i = 1; i < piece.size(); ++i)
+        length += (piece.at(i) - piece.at(i - 1)).manhattanLength();
+    return length > CoarseLength * (piece.size() - 1);
 }
 
 QColor withCoverage(QColor color, double coverage)
@@ -81,6 +93,9 @@ GraphicCurvePainter::GraphicCurvePainter(QPainter &painter, const QRectF &area, 
     , m_yScale(yScale)
     , m_pen(pen)
     , m_medium(medium)
+    , m_isThin(medium == Medium::Screen && pen.style() == Qt::SolidLine && pen.widthF() <= ThinWidth &&
+               pen.color().alpha() == 255)
+    , m_linePoints(medium == Medium::Screen && pen.style() == Qt::SolidLine ? WidePoints : LinePoints)
 {
     // A round pen. It reaches into a column when it covers a good part of it.
     const double radius = pen.widthF() / 2.0;
@@ -180,7 +195,7 @@ void GraphicCurvePainter::endBar()
 void GraphicCurvePainter::addToLine(const QPointF &point)
 {
     m_line.append(point);
-    if (m_line.size() < LinePoints)
+    if (m_line.size() < m_linePoints)
         return;
     endLine();
     m_line.append(point);
@@ -218,6 +233,10 @@ void GraphicCurvePainter::drawPiece(const QPolygonF &piece)
     m_painter.setRenderHint(QPainter::Antialiasing, true);
     m_painter.setBrush(Qt::NoBrush);
     QPen pen = m_pen;
+    if (piece.size() > 1 && m_isThin && isCoarse(piece)) {
+        drawThin(piece);
+        return;
+    }
     if (piece.size() > 1) {
         m_painter.setPen(pen);
         m_painter.drawPolyline(piece);
@@ -229,6 +248,27 @@ void GraphicCurvePainter::drawPiece(const QPolygonF &piece)
     pen.setWidthF(std::max(3.0, 2.0 * m_pen.widthF()));
     m_painter.setPen(pen);
     m_painter.drawPoint(piece.first());
+}
+
+/// Draws each part of \a piece as two lines of width 1 beside each other, which overlap to the wanted width.
+void GraphicCurvePainter::drawThin(const QPolygonF &piece)
+{
+    const double apart = m_pen.widthF() - 1.0;
+    QVector<QLineF> lines;
+    lines.reserve(2 * piece.size());
+    for (int i = 1; i < piece.size(); ++i) {
+        const QLineF line(piece.at(i - 1), piece.at(i));
+        const double length = line.length();
+        if (apart <= 0.0 || length == 0.0) {
+            lines.append(line);
+            continue;
+        }
+        const QPointF aside = QPointF(-line.dy(), line.dx()) * (apart / 2.0 / length);
+        lines.append(line.translated(aside));
+        lines.append(line.translated(-aside));
+    }
+    m_painter.setPen(QPen(m_pen.color(), 1.0));
+    m_painter.drawLines(lines);
 }
 
 void GraphicCurvePainter::drawBars()
@@ -288,6 +328,12 @@ void GraphicCurvePainter::drawBar(int column, double top, double bottom)
         m_painter.fillRect(QRect(x, endFull, 1, 1), withCoverage(m_pen.color(), bottom - endFull));
     if (firstFull < endFull)
         m_fullRects.append(QRect(x, firstFull, 1, endFull - firstFull));
+}
+
+double curveMargin(const QPen &pen)
+{
+    // The dot of a lone point, its smooth edge, and the column to which a bar is joined.
+    return std::ceil(std::max(3.0, 2.0 * pen.widthF())) + 3.0;
 }
 
 void drawSeries(QPainter &painter, const QRectF &area, const GraphicSeries &series, const GraphicScale &xScale,

@@ -50,6 +50,7 @@ private:
     void endLine();
     void addToLine(const QPointF &point);
     void drawPiece(const QPolygonF &piece);
+    void drawThin(const QPolygonF &piece);
     void drawBars();
     void drawNeighbours(const Bar *bars, int count, int step);
     void drawBar(int column, double top, double bottom);
@@ -59,6 +60,8 @@ private:
     const GraphicScale m_yScale;
     const QPen m_pen;
     const Medium m_medium;
+    const bool m_isThin;
+    const int m_linePoints; ///< A longer line is drawn in pieces.
     GraphicScale m_xScale;
     double m_columnWidth = 1.0;
     QPolygonF m_line;
@@ -71,6 +74,9 @@ private:
 
 /// Cuts the line from \a a to \a b to \a area; false when nothing is left.
 KEL_TOOLKIT_EXPORT bool clipLine(QPointF &a, QPointF &b, const QRectF &area);
+
+/// How far, in the painter's units, a point of a curve drawn with \a pen can change the picture.
+KEL_TOOLKIT_EXPORT double curveMargin(const QPen &pen);
 
 /// Draws \a series into \a area of \a painter. \a xScale and \a yScale make the painter's coordinates of values.
 KEL_TOOLKIT_EXPORT void drawSeries(QPainter &painter, const QRectF &area, const GraphicSeries &series,

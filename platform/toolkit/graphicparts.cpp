@@ -13,12 +13,14 @@
 #include <scaling.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
 
-constexpr int FrameMs = 16;    ///< Faster changes cannot be seen.
-constexpr int LegendShare = 5; ///< The legend takes at most one of so many parts of the height.
+constexpr int FrameMs = 16;        ///< Faster changes cannot be seen.
+constexpr int LegendShare = 5;     ///< The legend takes at most one of so many parts of the height.
+constexpr double BevelWidth = 3.0; ///< Thinner lines need no round joints.
 constexpr double ButtonZoom = 0.5;
 constexpr double Spacing = 0.25; ///< Between the parts, in heights of the font.
 
@@ -92,10 +94,24 @@ void GraphicParts::connectCanvas()
     QObject::connect(canvas, &GraphicCanvas::left, &graphic, [point] { point(std::nullopt); });
 }
 
-void GraphicParts::schedule(bool hasNewPoints)
+void GraphicParts::addPoint(Curve &curve, double x, double y)
+{
+    const int before = curve.series.count();
+    const double neighbour = before > 0 ? curve.series.at(before - 1).x : x;
+    curve.series.append(x, y);
+    // Without old points that went, only what lies between the new one and its neighbour looks different.
+    const bool isOnlyAppended = curve.series.count() == before + 1;
+    if (isOnlyAppended && curve.type.isVisible && !isPaused) {
+        m_newFrom = std::min({m_newFrom, neighbour, x});
+        m_newTo = std::max({m_newTo, neighbour, x});
+    }
+    schedule(!isOnlyAppended);
+}
+
+void GraphicParts::schedule(bool isAllNew)
 {
     m_isScheduled = true;
-    m_hasNewPoints |= hasNewPoints;
+    m_isAllNew |= isAllNew;
     if (frame.isActive() || !graphic.isReadyToRepaint())
         return; // what is not seen waits until it is painted
     const int sinceLast =
@@ -111,16 +127,17 @@ void GraphicParts::sync()
     frame.stop();
     m_lastSync.start();
 
-    bool isChanged = std::exchange(m_hasNewPoints, false);
+    bool isChanged = std::exchange(m_isAllNew, false);
     isChanged |= syncCurves();
     isChanged |= syncLabels();
     const bool isMoved = syncRanges();
     isChanged |= plot->setMarksCount();
-    if (!isChanged && !isMoved) {
-        plot->area().update();
-        return;
-    }
-    plot->settle();
+    const double from = std::exchange(m_newFrom, std::numeric_limits<double>::infinity());
+    const double to = std::exchange(m_newTo, -std::numeric_limits<double>::infinity());
+    if (isChanged || isMoved)
+        plot->settle();
+    else
+        plot->showNew(from, to);
     showStatus();
     if (isMoved)
         Q_EMIT graphic.visibleRangeChanged();
@@ -191,8 +208,8 @@ QPen GraphicParts::pen(int i) const
     const QColor color = own.isValid() ? own : curveColor(i, graphic.palette());
     QPen pen(graphic.isEnabled() ? color : fadedColor(color, graphic.palette()), graphic.curveWidth());
     pen.setStyle(own.isValid() ? Qt::SolidLine : curveStyle(i));
-    pen.setJoinStyle(Qt::RoundJoin);
-    pen.setCapStyle(Qt::FlatCap);
+    pen.setJoinStyle(graphic.curveWidth() > BevelWidth ? Qt::RoundJoin : Qt::BevelJoin);
+    pen.setCapStyle(pen.style() == Qt::SolidLine ? Qt::RoundCap : Qt::FlatCap);
     return pen;
 }
 

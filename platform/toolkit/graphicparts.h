@@ -12,6 +12,7 @@
 #include <graphicseries.h>
 
 #include <array>
+#include <limits>
 #include <optional>
 #include <vector>
 
@@ -31,8 +32,9 @@ struct GraphicParts {
 
     explicit GraphicParts(Graphic &owner);
 
-    /// Asks for a sync() in the next frame. \a hasNewPoints: the curves are not what was drawn last.
-    void schedule(bool hasNewPoints);
+    void addPoint(Curve &curve, double x, double y);
+    /// Asks for a sync() in the next frame. \a isAllNew: the whole picture has to be made anew.
+    void schedule(bool isAllNew);
     /// Brings range, axes and canvas up to date, if something was scheduled.
     void sync();
 
@@ -99,7 +101,9 @@ private:
 
     QBoxLayout *m_top = nullptr; ///< Tool bar and legend.
     bool m_isScheduled = true;
-    bool m_hasNewPoints = true;
+    bool m_isAllNew = true;
+    double m_newFrom = std::numeric_limits<double>::infinity(); ///< Where along x points came since the last sync.
+    double m_newTo = -std::numeric_limits<double>::infinity();
     Labels m_labels;
     std::array<GraphicRange, 2> m_shownRanges{GraphicRange{0.0, 0.0}, GraphicRange{0.0, 0.0}};
     QElapsedTimer m_lastSync;

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QFontMetrics>
+#include <QPainter>
 #include <graphiccanvas.h>
 #include <graphiccolors.h>
 #include <graphiccurve.h>
@@ -13,6 +14,7 @@
 #include <qwt_text.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -39,8 +41,14 @@ GraphicCurveItem::GraphicCurveItem()
 void GraphicCurveItem::draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
                             const QRectF &canvasRect) const
 {
-    if (series)
-        drawSeries(*painter, canvasRect, *series, scaleOf(xMap), scaleOf(yMap), pen);
+    if (!series)
+        return;
+    QRectF area = canvasRect;
+    if (painter->hasClipping()) {
+        const double margin = curveMargin(pen);
+        area &= painter->clipBoundingRect().toAlignedRect().adjusted(-qRound(margin), 0, qRound(margin), 0);
+    }
+    drawSeries(*painter, area, *series, scaleOf(xMap), scaleOf(yMap), pen);
 }
 
 void GraphicBackground::draw(QPainter *painter, const QwtScaleMap &, const QwtScaleMap &,
@@ -110,6 +118,19 @@ void GraphicPlot::settle()
     m_canvas->invalidate();
 }
 
+void GraphicPlot::showNew(double from, double to)
+{
+    m_canvas->update();
+    double margin = 0.0;
+    for (const auto &curve : m_curves)
+        margin = std::max(margin, curveMargin(curve->pen));
+    const GraphicScale pixels = scale(xBottom);
+    const double left = std::max(pixels.pixel(from) - margin, 0.0);
+    const double right = std::min(pixels.pixel(to) + margin, static_cast<double>(m_canvas->width()));
+    if (from <= to && left < right)
+        m_canvas->invalidate(static_cast<int>(left), static_cast<int>(std::ceil(right)));
+}
+
 GraphicScale GraphicPlot::scale(Axis axis) const
 {
     return scaleOf(canvasMap(axis));
@@ -153,9 +174,8 @@ void GraphicPlot::holdStill()
 {
     const QFontMetricsF metrics(axisFont(yLeft));
     QwtScaleDraw *draw = axisScaleDraw(yLeft);
-    draw->setMinimumExtent(metrics.horizontalAdvance(QStringLiteral("-000.0")) + draw->maxTickLength() +
-                           draw->spacing());
-    const int overhang = qRound(metrics.horizontalAdvance(QStringLiteral("-000.0")) / 2.0);
+    draw->setMinimumExtent(metrics.horizontalAdvance(QStringLiteral("-000")) + draw->maxTickLength() + draw->spacing());
+    const int overhang = qRound(metrics.horizontalAdvance(QStringLiteral("0000")) / 2.0);
     axisWidget(xBottom)->setMinBorderDist(overhang, overhang);
     axisWidget(yLeft)->setMinBorderDist(qRound(metrics.height() / 2.0), qRound(metrics.height() / 2.0));
 }

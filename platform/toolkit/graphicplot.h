@@ -57,6 +57,9 @@ public:
     /// Gives the axes as many labels as have room; whether that is another number.
     bool setMarksCount();
 
+    /// Shows points that came between \a from and \a to along x, and nothing else; none when \a from is the greater.
+    void showNew(double from, double to);
+
     /// Takes over ranges, fonts and colours, and lays out the plot anew when its axes need it.
     void settle();
 

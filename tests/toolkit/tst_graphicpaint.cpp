@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 
 #include <cmath>
+#include <random>
 
 /// What a plot shows, probed in pixels, and when it paints.
 class tst_GraphicPaint : public QObject
@@ -33,6 +34,8 @@ private Q_SLOTS:
     void updateAlwaysPaints();
     void updateNowPaintsAtOnce();
     void changedCurveIsRepainted();
+    void newPointsAloneMakeTheSamePicture_data();
+    void newPointsAloneMakeTheSamePicture();
     void hiddenPlotPaintsNothing();
     void otherTimersDoNotMatter();
     void axesAgreeWithTheCanvas();
@@ -253,7 +256,7 @@ void tst_GraphicPaint::userPaintsOverTheCurves()
 {
     PlotBench bench;
     bench.plot.graphic(0).color = Qt::red;
-    bench.plot.update(false);
+    bench.plot.setCurveWidth(2.0);
     const QPoint middle = bench.at(50, 50).toPoint();
     QObject::connect(&bench.plot, &Graphic::graphicPaintEvent, &bench.plot, [middle](QPainter *painter) {
         painter->fillRect(QRect(middle - QPoint(10, 10), QSize(20, 20)), Qt::blue);
@@ -359,6 +362,63 @@ void tst_GraphicPaint::changedCurveIsRepainted()
     bench.plot.update(false);
     QCOMPARE(count(canvasOf(bench.plot), Qt::red), 0);
     QVERIFY(count(canvasOf(bench.plot), Qt::blue) > 50);
+}
+
+void tst_GraphicPaint::newPointsAloneMakeTheSamePicture_data()
+{
+    QTest::addColumn<QVector<QPointF>>("points");
+    QTest::addColumn<int>("tick"); // points in each picture
+    QTest::addColumn<double>("width");
+    QTest::addColumn<double>("history");
+
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> anywhere(5.0, 95.0);
+    QVector<QPointF> dense;
+    QVector<QPointF> sparse;
+    QVector<QPointF> turning;
+    for (int i = 0; i < 20000; ++i)
+        dense << QPointF(i / 200.0, i % 1000 < 10 ? std::nan("") : anywhere(random));
+    for (int i = 0; i < 60; ++i)
+        sparse << QPointF(i * 1.7, i % 7 == 3 ? std::nan("") : anywhere(random));
+    for (int i = 0; i < 300; ++i)
+        turning << QPointF(50.0 + 40.0 * std::cos(i * 0.1), anywhere(random));
+    QTest::newRow("dense") << dense << 171 << 1.5 << -1.0;
+    QTest::newRow("dense and wide") << dense << 400 << 7.0 << -1.0;
+    QTest::newRow("one by one") << sparse << 1 << 1.0 << -1.0;
+    QTest::newRow("one by one and wide") << sparse << 1 << 9.0 << -1.0;
+    QTest::newRow("back and forth") << turning << 3 << 1.5 << -1.0;
+    QTest::newRow("old ones go") << dense << 171 << 1.5 << 20.0;
+}
+
+void tst_GraphicPaint::newPointsAloneMakeTheSamePicture()
+{
+    QFETCH(QVector<QPointF>, points);
+    QFETCH(int, tick);
+    QFETCH(double, width);
+    QFETCH(double, history);
+    PlotBench growing;
+    PlotBench whole;
+    for (PlotBench *bench : {&growing, &whole}) {
+        bench->plot.setCurveWidth(width);
+        bench->plot.graphic(0).color = Qt::black;
+        bench->plot.clear();
+        bench->plot.setHistorySize(history);
+    }
+    for (int i = 0; i < points.size(); ++i) {
+        growing.plot.addPoint(points.at(i).x(), points.at(i).y());
+        if (i % tick == 0)
+            canvasOf(growing.plot);
+    }
+    whole.plot.setGraphicData(points);
+    const QImage a = canvasOf(growing.plot);
+    const QImage b = canvasOf(whole.plot);
+    QCOMPARE(a.size(), b.size());
+    int largest = 0; // a line's smooth edges depend a little on how it is cut into pieces
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x)
+            largest = std::max(largest, qAbs(qGray(a.pixel(x, y)) - qGray(b.pixel(x, y))));
+    }
+    QVERIFY2(largest < 160, qPrintable(QString::number(largest)));
 }
 
 void tst_GraphicPaint::hiddenPlotPaintsNothing()
