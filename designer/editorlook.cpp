@@ -73,15 +73,17 @@ bool isOnEditedForm(const QWidget &widget)
     return false;
 }
 
+void giveSettingsBack()
+{
+    if (QCoreApplication::organizationName() != QLatin1String("Kel"))
+        return;
+    QCoreApplication::setOrganizationName(QStringLiteral("QtProject"));
+    QCoreApplication::setOrganizationDomain(QString());
+}
+
 void prepareEditor()
 {
-    // The library names its own organisation when it is loaded, for panels. The editors that load this
-    // plugin keep their settings under Qt's; with ours they would lose them.
-    if (QCoreApplication::organizationName() == QLatin1String("Kel")) {
-        QCoreApplication::setOrganizationName(QStringLiteral("QtProject"));
-        QCoreApplication::setOrganizationDomain(QString());
-    }
-
+    giveSettingsBack();
     const QString catalogue = qEnvironmentVariable("KEL_CATALOGUE");
     if (!catalogue.isEmpty() && !Kel::commandsDB.database.isOpen())
         Kel::commandsDB.setDatabase(catalogue);

@@ -9,9 +9,12 @@ class QWidget;
 /// Whether \a widget stands on a form that is being edited, not on one that is tried out.
 bool isOnEditedForm(const QWidget &widget);
 
-/// Makes the running application ready for forms with our widgets: gives the editor its settings back,
-/// which the library's start-up took, and opens the catalogue that the environment variable KEL_CATALOGUE
-/// names. Calling it again does no harm.
+/// Undoes what the library does for panels when it is loaded: it names its own organisation, and settings
+/// are kept under that name. The editors keep theirs under Qt's.
+void giveSettingsBack();
+
+/// Makes the running application, an editor, ready for forms with our widgets: gives its settings back and
+/// opens the catalogue that the environment variable KEL_CATALOGUE names. Calling it again does no harm.
 void prepareEditor();
 
 /// Puts \a widget into its editor's look: a button marks what is unseen on a panel and checks once a second

@@ -1,8 +1,27 @@
 #include "plugincollection.h"
 
+#include "editorlook.h"
 #include "widgetplugin.h"
 
 #include <widgetlist.h>
+
+#include <QCoreApplication>
+
+namespace
+{
+
+/// Runs while the plugin is loaded, right behind the library's own start-up: Qt Designer opens its settings
+/// before it makes anything of a plugin.
+bool startUp()
+{
+    if (QCoreApplication::applicationName() == QLatin1String("Designer"))
+        giveSettingsBack();
+    return true;
+}
+
+[[maybe_unused]] const bool isStarted = startUp();
+
+} // namespace
 
 PluginCollection::PluginCollection(QObject *parent)
     : QObject(parent)

@@ -1,7 +1,9 @@
 // Answer patterns: the first byte is the device id, the next line the text, the rest a message.
 
 #include <answerpattern.h>
+#include <commandtextfault.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -46,5 +48,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     bool possible = false;
     const QByteArray own = answerTo(pattern, possible);
     require(pattern.match(own, captures) == possible);
+
+    // What no message matches has a fault that says so.
+    const QVector<TextFault> faults = findAnswerFaults(text, deviceID);
+    const auto isOutside = [](const TextFault &fault) { return fault.kind == TextFault::Kind::OutsideAByte; };
+    require(possible || std::any_of(faults.cbegin(), faults.cend(), isOutside));
     return 0;
 }

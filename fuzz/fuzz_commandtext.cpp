@@ -1,6 +1,7 @@
 // Command texts: the first byte is the device id, the rest the text.
 
 #include <commandtext.h>
+#include <commandtextfault.h>
 #include <pibytearray.h>
 #include <pievaluator.h>
 
@@ -41,6 +42,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const CommandText command = CommandText::fromText(text);
     const PIByteArray bytes = command.bytes(arguments, deviceID, evaluator, countError);
     require(bytes.size() + errors == tokenCount(text));
+
+    // A fault stands in the text and has a reason.
+    const QVector<TextFault> faults = findCommandFaults(text);
+    for (const TextFault &fault : faults)
+        require(text.contains(fault.word.section(QLatin1Char(' '), 0, 0)) && !fault.reason.isEmpty());
 
     // A second sending finds the same arguments, and gives the same bytes.
     require(command.bytes(arguments, deviceID, evaluator) == bytes);

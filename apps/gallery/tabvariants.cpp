@@ -34,9 +34,13 @@ GalleryVariant tabsLook(const char *caption, int count, QTabWidget::TabPosition 
         for (int i = 0; i < count; ++i)
             tabs.addTab(new QLabel(QStringLiteral("page"), &tabs), i < names.size() ? names[i] : QString::number(i));
         tabs.setTabPosition(side);
+        if (share <= 0.0)
+            return;
         // There is something to drag once the tabs have their room.
-        if (share > 0.0)
-            QTimer::singleShot(0, &tabs, [&tabs, share] { dragBar(tabs, share); });
+        auto *shown = new QTimer(&tabs);
+        shown->setSingleShot(true);
+        QObject::connect(shown, &QTimer::timeout, &tabs, [&tabs, share] { dragBar(tabs, share); });
+        shown->start(0);
     };
     return {QString::fromLatin1(caption), apply, false};
 }

@@ -8,6 +8,7 @@
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
+#include <kelthermometer.h>
 #include <localdevice.h>
 #include <qtimerwidget.h>
 
@@ -122,6 +123,22 @@ QVector<GalleryVariant> switchVariants()
     return variants;
 }
 
+QVector<GalleryVariant> thermometerVariants()
+{
+    return {
+        look("0, as it comes", {}),
+        look("-34", {{"value", -34.0}}),
+        look("-12", {{"value", -12.0}}),
+        look("14", {{"value", 14.0}}),
+        look("38", {{"value", 38.0}}),
+        look("wide scale",
+             {{"gradMinimum", 0.0}, {"gradMaximum", 1000.0}, {"minimum", 0.0}, {"maximum", 800.0}, {"value", 640.0}}),
+        look("room scale",
+             {{"gradMinimum", 10.0}, {"gradMaximum", 35.0}, {"minimum", 15.0}, {"maximum", 27.0}, {"value", 22.5}}),
+        look("read-only", {{"readOnly", true}, {"value", 25.0}}),
+    };
+}
+
 QVector<GalleryVariant> sliderVariants()
 {
     return {
@@ -174,10 +191,15 @@ QVector<GalleryVariant> deviceVariants()
 QVector<GalleryVariant> galleryVariants(const QString &className)
 {
     static const QHash<QString, QVector<GalleryVariant> (*)()> Tables = {
-        {QStringLiteral("KelButton"), buttonVariants},   {QStringLiteral("KelClock"), clockVariants},
-        {QStringLiteral("KelGraphic"), plotVariants},    {QStringLiteral("KelLight"), lightVariants},
-        {QStringLiteral("KelSwitch"), switchVariants},   {QStringLiteral("KelSlider"), sliderVariants},
-        {QStringLiteral("KelTabWidget"), tabVariants},   {QStringLiteral("QTimerWidget"), timerVariants},
+        {QStringLiteral("KelButton"), buttonVariants},
+        {QStringLiteral("KelClock"), clockVariants},
+        {QStringLiteral("KelGraphic"), plotVariants},
+        {QStringLiteral("KelLight"), lightVariants},
+        {QStringLiteral("KelThermometer"), thermometerVariants},
+        {QStringLiteral("KelSwitch"), switchVariants},
+        {QStringLiteral("KelSlider"), sliderVariants},
+        {QStringLiteral("KelTabWidget"), tabVariants},
+        {QStringLiteral("QTimerWidget"), timerVariants},
         {QStringLiteral("LocalDevice"), deviceVariants},
     };
     const auto table = Tables.value(className, nullptr);

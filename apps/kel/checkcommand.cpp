@@ -61,6 +61,8 @@ int runCheck(Program &program, const CheckOptions &options)
 {
     // Status 1 is for findings, so whatever keeps us from looking needs another.
     try {
+        // Nothing is shown, so it does not matter whether there is a display, or one that can be reached.
+        qputenv("QT_QPA_PLATFORM", "offscreen");
         const auto application = makeApplication(program);
         return checkAndPrint(options);
     } catch (const std::exception &error) {

@@ -34,7 +34,8 @@ KelClock::_NumericCircle::_NumericCircle(QVector<ClockRing> rings, QVector<Arrow
 void KelClock::_NumericCircle::setSelectedText(const QString &text)
 {
     m_selectedText = text;
-    dropStill();
+    m_still = QPixmap(); // The parts stay where they are.
+    update();
 }
 
 void KelClock::_NumericCircle::setCurrentAngle(int hand, float angle)

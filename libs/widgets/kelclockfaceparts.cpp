@@ -111,12 +111,14 @@ void drawNumber(QPainter &painter, const QPointF &place, int side, const QString
 void drawNumbers(QPainter &painter, const ClockFaceParts &parts, const ClockRingParts &where, const ClockRing &ring,
                  const QString &selected)
 {
+    QFont usual = parts.font;
+    usual.setWeight(QFont::Normal);
+    QFont heavy = parts.font;
+    heavy.setWeight(QFont::Bold);
     for (const ClockNumber &number : ring) {
         const QPointF place = atAngle(where.textRadius, number.first);
         const bool isSelected = !selected.isEmpty() && number.second.toInt() == selected.toInt();
-        QFont font = parts.font;
-        font.setWeight(isSelected ? QFont::Bold : QFont::Normal);
-        painter.setFont(font);
+        painter.setFont(isSelected ? heavy : usual);
         if (isSelected)
             drawHighlight(painter, place, parts.radius / RingsPerHighlight);
         drawNumber(painter, place, where.textSide, number.second);

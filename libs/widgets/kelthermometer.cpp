@@ -45,7 +45,8 @@ void KelThermometer::calcColor()
 
 void KelThermometer::animate()
 {
-    if (std::abs(m_value) <= LargestSingle) {
+    const double way = m_value - static_cast<double>(h__anim());
+    if (std::abs(m_value) <= LargestSingle && std::abs(way) <= LargestSingle) {
         animateTo(*m_animation, m_value);
         return;
     }

@@ -42,7 +42,7 @@ public:
     /// Mixes the colour of the liquid for the level that is shown, and asks for a repaint.
     void calcColor();
 
-    /// Lets the shown level run to the value. A value beyond single precision is shown at once.
+    /// Lets the shown level run to the value. A value or a way beyond single precision is shown at once.
     void animate();
 
     QSize sizeHint() const override;

@@ -91,12 +91,11 @@ void drawTick(QPainter &painter, const ThermometerGeometry &geometry, const Ther
     painter.drawLine(static_cast<int>(-h), y, static_cast<int>(-h / reach), y);
 }
 
-void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerBounds &bounds,
-               const QFont &font)
+void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerBounds &bounds)
 {
     // Without a pixel there are no digits.
     const int pixelSize = labelPixelSize(geometry);
-    QFont labelFont(font);
+    QFont labelFont;
     if (pixelSize > 0)
         labelFont.setPixelSize(pixelSize);
     const int digitHeight = pixelSize > 0 ? QFontMetrics(labelFont).boundingRect(QStringLiteral("0")).height() : 0;
@@ -153,14 +152,14 @@ QRect inkedArea(const QImage &sheet, int scale)
 
 bool ThermometerFace::Look::operator==(const Look &other) const
 {
-    return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio && font == other.font;
+    return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio;
 }
 
 void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
                             const ThermometerState &state, qreal pixelRatio)
 {
     const QSizeF size(toReal(geometry.width), toReal(geometry.height));
-    refresh(geometry, outline, {size, state.bounds, QFont(), pixelRatio});
+    refresh(geometry, outline, {size, state.bounds, pixelRatio});
 
     if (geometry.hasScale()) {
         const QPointF corner = -geometry.origin();
@@ -198,8 +197,7 @@ void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainte
     if (!geometry.hasScale())
         return;
     m_glass = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); }));
-    m_scale =
-        cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawScale(sheet, geometry, look.bounds, look.font); }));
+    m_scale = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawScale(sheet, geometry, look.bounds); }));
     if (isWhole(ratio)) {
         const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
         m_bulb = ThermometerBulb(geometry, figure, static_cast<int>(ratio));

@@ -4,7 +4,6 @@
 
 #include "kelthermometerbulb.h"
 
-#include <QFont>
 #include <QPixmap>
 
 /// What a thermometer shows.
@@ -15,7 +14,8 @@ struct ThermometerState {
 };
 
 /// Paints thermometers. What does not move with the level (the glass, the scale, the outline, the bulb's
-/// shape) is kept as pictures for a size, a pixel ratio, the scale's bounds and a font.
+/// shape) is kept as pictures for a size, a pixel ratio and the scale's bounds, until they are dropped. Labels have
+/// the application's font.
 class ThermometerFace
 {
 public:
@@ -30,7 +30,6 @@ private:
     struct Look {
         QSizeF size;
         ThermometerBounds bounds;
-        QFont font;
         qreal pixelRatio = 0.0;
 
         bool operator==(const Look &other) const;

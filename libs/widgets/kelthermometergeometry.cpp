@@ -66,7 +66,7 @@ ScaleSteps chooseSteps(double pixelsPerNumber, int labelHeight)
 {
     if (!(pixelsPerNumber < 1.0))
         return {};
-    const double label = labelStep(pixelsPerNumber, std::max(1, labelHeight));
+    const double label = labelStep(pixelsPerNumber, std::max(1, 2 * labelHeight));
     for (const double tick : {5.0, 10.0}) {
         if (tick * pixelsPerNumber >= 1.0)
             return {tick, label};
@@ -179,8 +179,10 @@ QVector<ThermometerTick> thermometerTicks(const ThermometerGeometry &geometry, c
     const double first = std::ceil(std::trunc(bounds.bottom) / steps.tick);
     const double last = std::floor(std::trunc(bounds.top) / steps.tick);
 
+    // Where numbers are so large that they have gaps, steps of one lead nowhere: the pixels end them.
+    const double count = std::min(last - first, length + 1.0) + 1.0;
     QVector<ThermometerTick> ticks;
-    for (int i = 0; i <= last - first; ++i) {
+    for (int i = 0; i < count; ++i) {
         const double number = (first + i) * steps.tick;
         const double y = -shareOf(number, bounds) * length;
         ThermometerTick tick;

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void sarifNamesFiles_data();
     void sarifNamesFiles();
     void cleanReportsAreEmpty();
+    void noDisplayIsNeeded();
     void exceptLeavesARuleOut();
     void catalogueOfTheFormIsUsed();
     void formOfAProjectIsBesideIt();
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void unusableCatalogueIsOneLine_data();
     void unusableCatalogueIsOneLine();
     void endlessCatalogueIsOneLine();
+    void hugeCatalogueIsOneLine();
     void wrongUsageEndsWithTwo_data();
     void wrongUsageEndsWithTwo();
 
@@ -214,6 +216,14 @@ void tst_CheckReport::cleanReportsAreEmpty()
     QVERIFY(objectOf(sarif.output)[QLatin1String("runs")][0][QLatin1String("results")].isArray());
 }
 
+void tst_CheckReport::noDisplayIsNeeded()
+{
+    const QString form = write(QStringLiteral("good.ui"), Good);
+    const KelRun run = runKel({QStringLiteral("check"), form}, QString(),
+                              {QStringLiteral("QT_QPA_PLATFORM="), QStringLiteral("DISPLAY=:4711")});
+    QCOMPARE(run.exitCode, 0);
+}
+
 void tst_CheckReport::exceptLeavesARuleOut()
 {
     const QString form = write(QStringLiteral("bad.ui"), Bad);
@@ -377,6 +387,29 @@ void tst_CheckReport::endlessCatalogueIsOneLine()
     QCOMPARE(run.exitCode, 2);
     QVERIFY2(run.errorLines().size() == 1, run.errors.constData());
     QVERIFY2(run.errors.contains("more than 10000 answers for device 3"), run.errors.constData());
+}
+
+/// Many devices of a make with many texts: each alone would pass.
+void tst_CheckReport::hugeCatalogueIsOneLine()
+{
+    TempCatalogue catalogue;
+    catalogue.addVendor(1, QStringLiteral("Acme"));
+    catalogue.addDevice(3, QStringLiteral("Relay"), 1);
+    catalogue.run(QStringLiteral("WITH RECURSIVE n(id) AS (SELECT 1 UNION ALL SELECT id+1 FROM n LIMIT 9000) "
+                                 "INSERT INTO answers (id, command, device) SELECT id, 'A1', 3 FROM n"));
+    QByteArray devices;
+    for (int i = 0; i < 30; ++i) {
+        catalogue.addCurrent(i, 3, QStringLiteral("Hall"), i);
+        devices += "<item><widget class='LocalDevice'><property name='currentID'><number>" + QByteArray::number(i) +
+                   "</number></property></widget></item>";
+    }
+    const QString form = write(QStringLiteral("x.ui"), "<ui version='4.0'><class>P</class><widget class='QWidget' "
+                                                       "name='P'><layout class='QVBoxLayout'>" +
+                                                           devices + "</layout></widget></ui>");
+    const KelRun run = check({form, QStringLiteral("--db=") + catalogue.path()});
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.errorLines().size() == 1, run.errors.constData());
+    QVERIFY2(run.errors.contains("more than 200000 commands and answers"), run.errors.constData());
 }
 
 void tst_CheckReport::wrongUsageEndsWithTwo_data()

@@ -431,6 +431,8 @@ void tst_ClockPick::touchIsAMouse()
 void tst_ClockPick::moveWithoutAButton()
 {
     ClockBench bench;
+    bench.hours->setMouseTracking(true); // Else there is no such event.
+    bench.minutes->setMouseTracking(true);
     dragMouse(bench.hours, pointOn(*bench.hours, 60, 120), Qt::NoButton);
     dragMouse(bench.minutes, pointOn(*bench.minutes, 60, 120), Qt::NoButton);
     QCOMPARE(bench.clock.time(), QTime(0, 0));

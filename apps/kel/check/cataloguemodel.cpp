@@ -62,12 +62,24 @@ CatalogueDevice CatalogueModel::readDevice(int currentID)
     device.name = current.value(1).toString();
     device.deviceID = current.value(2).toInt();
     device.make = readMake(make);
+    countTexts(device);
     if (!device.make)
         device.problem =
             QStringLiteral("device %1 \"%2\" of the catalogue is a make %3 that has no row in \"devices\", "
                            "or no vendor")
                 .arg(QString::number(currentID), device.name, QString::number(make));
     return device;
+}
+
+/// Every device of a make is looked at anew, as its own id stands in the texts.
+void CatalogueModel::countTexts(const CatalogueDevice &device)
+{
+    if (device.make)
+        m_texts += int(device.make->commands.size() + device.make->answers.size());
+    if (m_texts > MaxTexts)
+        throw CommandError(QStringLiteral("%1: the devices of the panel have more than %2 commands and answers")
+                               .arg(Kel::commandsDB.database.databaseName())
+                               .arg(MaxTexts));
 }
 
 const CatalogueMake *CatalogueModel::readMake(int number)

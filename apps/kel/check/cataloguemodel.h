@@ -32,14 +32,18 @@ class CatalogueModel
 public:
     /// A make with more commands or answers than this is none that people have written.
     static constexpr int MaxRows = 10000;
+    /// Commands and answers of all devices that are asked for together.
+    static constexpr int MaxTexts = 200000;
 
     /// The device in the row \a currentID. Throws a CommandError when there is too much about it.
     const CatalogueDevice &device(int currentID);
 
 private:
     CatalogueDevice readDevice(int currentID);
+    void countTexts(const CatalogueDevice &device);
     const CatalogueMake *readMake(int number);
 
     std::map<int, CatalogueDevice> m_devices;
     std::map<int, CatalogueMake> m_makes;
+    int m_texts = 0; ///< Of the devices so far.
 };

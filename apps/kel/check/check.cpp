@@ -25,21 +25,6 @@ QByteArray readInput(const QString &path)
     return readFormFile(path);
 }
 
-void checkForm(const QByteArray &text, const QString &path, Findings &findings)
-{
-    CatalogueModel catalogue;
-    const CheckedPanel panel(text, path);
-    findings.setFile(path);
-    const CheckInput input{panel, Kel::commandsDB.database.isOpen() ? &catalogue : nullptr, findings};
-    checkConnections(input);
-    checkNumbers(input);
-    checkButtons(input);
-    checkDevices(input);
-    checkTexts(input);
-    checkPlots(input);
-    checkPictures(input);
-}
-
 /// Where \a name, which stands in the project \a path, is; relative as the project is.
 QString besideProject(const QString &path, const QString &name)
 {
@@ -81,6 +66,21 @@ void checkProject(QByteArray bytes, const QString &path, Findings &findings)
 }
 
 } // namespace
+
+void checkForm(const QByteArray &text, const QString &path, Findings &findings)
+{
+    CatalogueModel catalogue;
+    const CheckedPanel panel(text, path);
+    findings.setFile(path);
+    const CheckInput input{panel, Kel::commandsDB.database.isOpen() ? &catalogue : nullptr, findings};
+    checkConnections(input);
+    checkNumbers(input);
+    checkButtons(input);
+    checkDevices(input);
+    checkTexts(input);
+    checkPlots(input);
+    checkPictures(input);
+}
 
 QVector<Finding> checkPanel(const QString &path)
 {

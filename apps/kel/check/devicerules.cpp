@@ -102,7 +102,8 @@ void DeviceRules::checkSelection(const FormObject &object)
     if (panel.isSetByWire(object, CurrentID))
         return;
     const int row = panel.numberOf(object, CurrentID);
-    if (!object.properties.contains(CurrentID)) {
+    constexpr int NoRow = -1;
+    if (row == NoRow) {
         // Without a device it can still pass texts and bytes on, but it knows no numbers.
         const auto to = panel.wiresTo(object);
         const auto from = panel.wiresFrom(object);

@@ -49,7 +49,7 @@ void checkSenders(const CheckInput &input, const QVector<NumberedWire> &wires, Q
     WireGroups groups;
     for (const NumberedWire &wire : wires) {
         if (!wire.slot.isChoosing)
-            groups[{wire.wire->sender, wire.wire->text->signal}].append(&wire);
+            groups[{wire.wire->sender, QString::fromLatin1(wire.wire->ends.signal.methodSignature())}].append(&wire);
     }
     for (const WireGroup &group : qAsConst(groups)) {
         if (std::any_of(group.cbegin(), group.cend(), [](const NumberedWire *wire) { return wire->mayMeet(); }))

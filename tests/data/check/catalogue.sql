@@ -47,3 +47,6 @@ INSERT INTO current (id, device, name, device_id) VALUES (10, 10, 'Word', 13);
 INSERT INTO devices (id, name, vname, vendor) VALUES (11, 'Formula', 'Acme', 1);
 INSERT INTO answers (id, command, description, device) VALUES (111, 'A2 %(a0)', 'an expression', 11);
 INSERT INTO current (id, device, name, device_id) VALUES (11, 11, 'Formula', 14);
+
+-- The wide make once more, with another own id.
+INSERT INTO current (id, device, name, device_id) VALUES (12, 7, 'Wider', 15);

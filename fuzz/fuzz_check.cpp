@@ -1,0 +1,45 @@
+// Any bytes as a form that is checked: findings have a place in it and say something.
+
+#include "require.h"
+
+#include <check/check.h>
+#include <command.h>
+
+#include <QApplication>
+
+#include <cstdint>
+
+namespace
+{
+
+/// The classes are asked what they have, which takes an application; nothing is shown.
+void makeApplication()
+{
+    static int argc = 1;
+    static char name[] = "fuzz_check";
+    static char *argv[] = {name, nullptr};
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static const QApplication application(argc, argv);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    silenceDebugStream();
+    makeApplication();
+    const QByteArray text(reinterpret_cast<const char *>(data), int(size));
+    Findings findings;
+    try {
+        checkForm(text, QStringLiteral("form.ui"), findings);
+    } catch (const CommandError &error) {
+        require(*error.what() != '\0', "an error says something");
+        return 0;
+    }
+    const int lines = text.count('\n') + text.count('\r') + 1;
+    for (const Finding &finding : findings.sorted()) {
+        require(finding.line >= 1 && finding.line <= lines, "a finding stands in the form");
+        require(!finding.message.isEmpty() && !finding.message.contains(QLatin1Char('\n')), "a finding is a line");
+    }
+    return 0;
+}
