@@ -3,7 +3,8 @@
 // Both are shown first and then paint into the same premultiplied image through QWidget::render, which
 // does the same work around both paint events. Before every frame they get another value, so that nobody
 // profits from the frame before; updates are off, so nothing is painted on the screen meanwhile. Ours
-// moves as in an animation, through the level that it shows, colour included.
+// moves as in an animation, through the level that it shows, colour included. The peer's pipe is thin at
+// every size; rows of their own give it one as wide as our tube.
 #include "comparison.h"
 
 #include <kelthermometer.h>
@@ -43,16 +44,17 @@ Contender frames(const std::string &name, QWidget &widget, const QSize &size, Ch
             }};
 }
 
-/// Both thermometers at one size.
+/// Both thermometers at one size; the peer's pipe is \a pipeWidth wide.
 class Pair
 {
 public:
-    explicit Pair(const QSize &size)
+    Pair(const QSize &size, const std::string &peerName, int pipeWidth)
     {
         m_peer.setScale(-50.0, 50.0);
+        m_peer.setPipeWidth(pipeWidth);
         const Contender ours =
             frames("KelThermometer", m_ours, size, [this](double value) { m_ours.setProperty("h__anim", value); });
-        const Contender peer = frames("QwtThermo", m_peer, size, [this](double value) { m_peer.setValue(value); });
+        const Contender peer = frames(peerName, m_peer, size, [this](double value) { m_peer.setValue(value); });
         compare("thermometer, " + std::to_string(size.width()) + " x " + std::to_string(size.height()), ours, peer,
                 0.5);
     }
@@ -69,8 +71,11 @@ int main(int argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
     const QApplication application(argc, argv);
 
-    const Pair usual(QSize(120, 300));
-    const Pair large(QSize(240, 600));
+    constexpr int ThinPipe = 10; // as the peer has it at every size
+    const Pair usual(QSize(120, 300), "QwtThermo", ThinPipe);
+    const Pair usualWide(QSize(120, 300), "QwtThermo, our width", 27);
+    const Pair large(QSize(240, 600), "QwtThermo", ThinPipe);
+    const Pair largeWide(QSize(240, 600), "QwtThermo, our width", 53);
     QApplication::processEvents();
     std::printf("Nanoseconds for %d frames.\n", FramesPerRun);
     return runComparisons(argc, argv);

@@ -94,6 +94,14 @@ void ThermometerBulb::sortRow(int y)
 
 void ThermometerBulb::draw(QPainter &painter, const QPointF &corner, const QColor &color)
 {
+    if (color != m_color) // beyond the bounds of the colour it stays
+        fill(color);
+    painter.drawImage(corner + m_corner, m_picture);
+}
+
+void ThermometerBulb::fill(const QColor &color)
+{
+    m_color = color;
     const Tints tints = makeTints(color);
     const QRgb *table = tints.data();
     const quint16 *tint = m_tints.constData();
@@ -109,5 +117,4 @@ void ThermometerBulb::draw(QPainter &painter, const QPointF &corner, const QColo
         const int i = rim.y * width + rim.x;
         pixels[i] = qPremultiply((table[tint[i]] & RGB_MASK) | rim.coverage << 24);
     }
-    painter.drawImage(corner + m_corner, m_picture);
 }

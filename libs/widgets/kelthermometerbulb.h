@@ -41,10 +41,12 @@ private:
     };
 
     void sortRow(int y);
+    void fill(const QColor &color);
 
     QPoint m_corner;
     QVector<quint16> m_tints; // Of each pixel, a number between white and the colour.
     QVector<Run> m_runs;      // One for each row.
     QVector<Rim> m_rim;
-    QImage m_picture; // Scratch paper.
+    QImage m_picture; // In the colour that was last asked for.
+    QColor m_color;
 };
