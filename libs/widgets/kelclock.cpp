@@ -5,8 +5,10 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QPointer>
 
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -173,6 +175,16 @@ void KelClock::setTime(QTime t)
     numSelected();
 }
 
+void KelClock::setHour(int hour)
+{
+    setTime(QTime(hour, time().minute()));
+}
+
+void KelClock::setMinute(int minute)
+{
+    setTime(QTime(time().hour(), minute));
+}
+
 void KelClock::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::FontChange)
@@ -207,7 +219,20 @@ void KelClock::numSelected()
     m_minutes->setTargetAngle(OtherHand, hourAngle);
     m_minutes->setTargetAngle(OwnHand, minuteAngle);
     animate();
-    emit timeChanged(time());
+    announce();
+}
+
+void KelClock::announce()
+{
+    const QPointer<KelClock> self(this); // A listener may delete the clock.
+    const QTime before = std::exchange(m_announced, time());
+    // Read anew each time: a listener may also set another one.
+    if (time().hour() != before.hour())
+        emit hourChanged(time().hour());
+    if (self && time().minute() != before.minute())
+        emit minuteChanged(time().minute());
+    if (self)
+        emit timeChanged(time());
 }
 
 void KelClock::animate()

@@ -14,6 +14,9 @@ class QPropertyAnimation;
 ///
 /// A new clock reads as 00:00 and has no number highlighted. Before a face has been painted for the
 /// first time it does not know where its rings are and ignores the pointer. GUI thread only.
+///
+/// Wires that carry numbers take the time in two parts: hourChanged() and minuteChanged() tell what is new
+/// in it, setHour() and setMinute() set it.
 class KEL_WIDGETS_EXPORT KelClock : public QWidget
 {
     Q_OBJECT
@@ -40,10 +43,14 @@ public Q_SLOTS:
     void enable();
     void disable();
     void setReadOnly(bool y);
-    void setTime(QTime t); ///< A time that is not valid, or that time() has already, is ignored.
+    void setTime(QTime t);      ///< A time that is not valid, or that time() has already, is ignored.
+    void setHour(int hour);     ///< 0 to 23, others are ignored; the minute stays.
+    void setMinute(int minute); ///< 0 to 59, others are ignored; the hour stays.
 
 Q_SIGNALS:
-    void timeChanged(QTime time); ///< A number was picked or a new time was set; the hands are on their way.
+    void timeChanged(QTime time);   ///< A number was picked or a new time was set; the hands are on their way.
+    void hourChanged(int hour);     ///< Shortly before timeChanged(), when the hour is another one.
+    void minuteChanged(int minute); ///< Shortly before timeChanged(), when the minute is another one.
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -57,9 +64,11 @@ private:
     void init();
     void dressFaces();
     void animate();
+    void announce();
 
     _NumericCircle *m_hours = nullptr;
     _NumericCircle *m_minutes = nullptr;
     QPropertyAnimation *m_minuteAnimation = nullptr;
     QPropertyAnimation *m_hourAnimation = nullptr;
+    QTime m_announced = QTime(0, 0);
 };
