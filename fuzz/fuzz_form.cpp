@@ -1,5 +1,6 @@
 // Any bytes as a form: the look over it ends, and what it lets pass is well-formed and within limits.
 
+#include <formlimits.h>
 #include <panelform.h>
 
 #include <QXmlStreamReader>
@@ -20,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     while (!again.atEnd()) {
         const QXmlStreamReader::TokenType token = again.readNext();
         depth += token == QXmlStreamReader::StartElement ? 1 : token == QXmlStreamReader::EndElement ? -1 : 0;
-        if (depth > PanelForm::MaxDepth)
+        if (depth > FormLimits::MaxDepth)
             std::abort();
     }
     if (again.hasError())

@@ -1,5 +1,7 @@
 #include "panelform.h"
 
+#include "formlimits.h"
+
 #include <QSet>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -25,8 +27,8 @@ public:
 private:
     void readToken();
     void checkElement();
-    void checkClass();
-    void checkCell();
+    void checkClass(const QString &kind, const QSet<QString> &known);
+    QString elementName() const;
     void readConnections();
     void readConnection();
     void fail(const QString &what);
@@ -36,8 +38,11 @@ private:
     QXmlStreamWriter m_writer;
     QString m_fileName;
     QSet<QString> m_knownClasses;
+    const QSet<QString> m_knownLayouts{QStringLiteral("QFormLayout"), QStringLiteral("QGridLayout"),
+                                       QStringLiteral("QHBoxLayout"), QStringLiteral("QStackedLayout"),
+                                       QStringLiteral("QVBoxLayout")};
+    FormLimits m_limits;
     int m_depth = 0;
-    int m_widgets = 0;
 };
 
 PanelForm FormReader::read()
@@ -48,7 +53,7 @@ PanelForm FormReader::read()
     }
     if (m_form.error.isEmpty() && m_xml.hasError())
         fail(m_xml.errorString().simplified());
-    if (m_form.error.isEmpty() && m_widgets == 0)
+    if (m_form.error.isEmpty() && m_limits.widgets() == 0)
         fail(QStringLiteral("there is no widget in it"));
     if (!m_form.error.isEmpty())
         m_form.text.clear();
@@ -62,8 +67,7 @@ void FormReader::readToken()
     if (m_xml.isDTD())
         return fail(QStringLiteral("a form has no document type"));
     if (m_xml.isStartElement()) {
-        ++m_depth;
-        if (m_depth == 2 && m_xml.name() == QLatin1String("connections")) {
+        if (++m_depth == 2 && elementName() == QLatin1String("connections")) {
             readConnections();
             --m_depth;
             return;
@@ -71,44 +75,36 @@ void FormReader::readToken()
         checkElement();
     } else if (m_xml.isEndElement()) {
         --m_depth;
+        fail(m_limits.leave());
+    } else if (m_xml.isCharacters()) {
+        m_limits.read(m_xml.text());
     }
     m_writer.writeCurrentToken(m_xml);
 }
 
+/// In small letters, as the form loader does not tell them from capitals.
+QString FormReader::elementName() const
+{
+    return m_xml.name().toString().toLower();
+}
+
 void FormReader::checkElement()
 {
-    if (m_depth > PanelForm::MaxDepth)
-        return fail(QStringLiteral("more than %1 elements inside each other").arg(PanelForm::MaxDepth));
-    if (m_depth == 1 && m_xml.name() != QLatin1String("ui"))
-        return fail(
-            QStringLiteral("not a form: it begins with <%1>").arg(m_xml.name().toString().simplified().left(40)));
-    if (m_xml.name() == QLatin1String("widget"))
-        checkClass();
-    else if (m_xml.name() == QLatin1String("item"))
-        checkCell();
+    const QString name = elementName();
+    fail(m_limits.enter(name, m_xml.attributes()));
+    if (m_depth == 1 && name != QLatin1String("ui"))
+        fail(QStringLiteral("not a form: it begins with <%1>").arg(m_xml.name().toString().simplified().left(40)));
+    if (name == QLatin1String("widget"))
+        checkClass(QStringLiteral("widget class"), m_knownClasses);
+    else if (name == QLatin1String("layout"))
+        checkClass(QStringLiteral("layout"), m_knownLayouts);
 }
 
-void FormReader::checkClass()
+void FormReader::checkClass(const QString &kind, const QSet<QString> &known)
 {
-    if (++m_widgets > PanelForm::MaxWidgets)
-        return fail(QStringLiteral("more than %1 widgets").arg(PanelForm::MaxWidgets));
     const QString name = m_xml.attributes().value(QLatin1String("class")).toString();
-    if (!m_knownClasses.contains(name))
-        fail(QStringLiteral("unknown widget class \"%1\"").arg(name.simplified().left(60)));
-}
-
-void FormReader::checkCell()
-{
-    for (const char *name : {"row", "column", "rowspan", "colspan"}) {
-        const QStringRef text = m_xml.attributes().value(QLatin1String(name));
-        bool isNumber = true;
-        const int number = text.isEmpty() ? 0 : text.toInt(&isNumber);
-        // A span of -1 reaches to the edge.
-        if (!isNumber || number < -1 || number > PanelForm::MaxCell)
-            return fail(QStringLiteral("%1 \"%2\" is not up to %3")
-                            .arg(QLatin1String(name), text.toString().simplified().left(40))
-                            .arg(PanelForm::MaxCell));
-    }
+    if (!known.contains(name))
+        fail(QStringLiteral("unknown %1 \"%2\"").arg(kind, name.simplified().left(60)));
 }
 
 void FormReader::readConnections()
@@ -140,8 +136,11 @@ void FormReader::readConnection()
     m_form.connections.append(connection);
 }
 
+/// Ends the reading with  what, unless that is empty or something else was said already.
 void FormReader::fail(const QString &what)
 {
+    if (what.isEmpty() || !m_form.error.isEmpty())
+        return;
     m_form.error = QStringLiteral("%1:%2: %3").arg(m_fileName, QString::number(m_xml.lineNumber()), what);
 }
 

@@ -24,12 +24,9 @@ struct PanelForm {
     QVector<FormConnection> connections;
     QString error; ///< "FILE:LINE: what is wrong", empty when the form is good.
 
-    static constexpr int MaxDepth = 200;             ///< Elements inside each other; the loader recurses.
-    static constexpr int MaxWidgets = 10000;         ///< Far more than a screen shows.
-    static constexpr int MaxCell = 1000;             ///< Rows and columns of a grid; it keeps all of them.
     static constexpr int MaxSize = 16 * 1024 * 1024; ///< Bytes of the file.
 
-    /// Looks \a text over; every class that it builds has to be in \a knownClasses. \a fileName appears
-    /// in the error only. Any bytes are safe to give.
+    /// Looks \a text over: it has to be within FormLimits, and every class that it builds in \a knownClasses. \a
+    /// fileName appears in the error only. Any bytes are safe to give.
     static PanelForm fromText(const QByteArray &text, const QString &fileName, const QStringList &knownClasses);
 };
