@@ -116,11 +116,11 @@ Contender following(Graphic &plot)
 
 void compareCount(const std::string &count, int points, std::optional<double> goal)
 {
-    constexpr double TickGoal = 0.2;
+    const std::optional<double> tickGoal = goal ? std::optional<double>(0.2) : std::nullopt;
     QwtPlot &peer = bare(points);
     const Contender replot{"QwtPlot::replot", [&peer] { peer.replot(); }};
     compare("picture of " + count + " points", pictures(ours(points)), replot, goal);
-    compare("tick of 100, " + count + " points", ticks(ours(points)), replot, TickGoal);
+    compare("tick of 100, " + count + " points", ticks(ours(points)), replot, tickGoal);
     Graphic &fitted = ours(points);
     fitted.fit();
     compare("tick of 100, followed, " + count, following(fitted), replot, goal);

@@ -35,8 +35,9 @@ void GraphicCanvas::invalidate()
 
 void GraphicCanvas::invalidate(int left, int right)
 {
-    m_strip |= QRect(left, 0, right - left, height());
-    update();
+    const QRect strip(left, 0, right - left, height());
+    m_strip |= strip;
+    update(strip);
 }
 
 bool GraphicCanvas::event(QEvent *event)

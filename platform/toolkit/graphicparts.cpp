@@ -105,13 +105,20 @@ void GraphicParts::addPoint(Curve &curve, double x, double y)
         m_newFrom = std::min({m_newFrom, neighbour, x});
         m_newTo = std::max({m_newTo, neighbour, x});
     }
-    schedule(!isOnlyAppended);
+    m_isAllNew |= !isOnlyAppended;
+    scheduleFrame();
 }
 
 void GraphicParts::schedule(bool isAllNew)
 {
-    m_isScheduled = true;
     m_isAllNew |= isAllNew;
+    m_isRepaintWanted = true;
+    scheduleFrame();
+}
+
+void GraphicParts::scheduleFrame()
+{
+    m_isScheduled = true;
     if (frame.isActive() || !graphic.isReadyToRepaint())
         return; // what is not seen waits until it is painted
     const int sinceLast =
@@ -134,6 +141,9 @@ void GraphicParts::sync()
     isChanged |= plot->setMarksCount();
     const double from = std::exchange(m_newFrom, std::numeric_limits<double>::infinity());
     const double to = std::exchange(m_newTo, -std::numeric_limits<double>::infinity());
+    // The cursor may read other points now, and whoever paints over the curves may paint something else.
+    if (std::exchange(m_isRepaintWanted, false) || hasCursor)
+        plot->area().update();
     if (isChanged || isMoved)
         plot->settle();
     else

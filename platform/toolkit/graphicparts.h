@@ -92,6 +92,7 @@ private:
     void build();
     void connectParts();
     void connectCanvas();
+    void scheduleFrame();
     bool syncCurves();
     bool syncLabels();
     bool syncRanges();
@@ -102,6 +103,7 @@ private:
     QBoxLayout *m_top = nullptr; ///< Tool bar and legend.
     bool m_isScheduled = true;
     bool m_isAllNew = true;
+    bool m_isRepaintWanted = true;
     double m_newFrom = std::numeric_limits<double>::infinity(); ///< Where along x points came since the last sync.
     double m_newTo = -std::numeric_limits<double>::infinity();
     Labels m_labels;

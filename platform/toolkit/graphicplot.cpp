@@ -120,7 +120,6 @@ void GraphicPlot::settle()
 
 void GraphicPlot::showNew(double from, double to)
 {
-    m_canvas->update();
     double margin = 0.0;
     for (const auto &curve : m_curves)
         margin = std::max(margin, curveMargin(curve->pen));

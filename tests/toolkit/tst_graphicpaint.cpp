@@ -2,6 +2,7 @@
 
 #include "../support/plotbench.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 #include <QSignalSpy>
 
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void manyPointsCostOneRepaint();
     void pointsAreSeenWithoutAnUpdate();
     void updateAlwaysPaints();
+    void newPointsPaintTheirPlaceOnly();
     void updateNowPaintsAtOnce();
     void changedCurveIsRepainted();
     void newPointsAloneMakeTheSamePicture_data();
@@ -305,6 +307,23 @@ private:
     QSignalSpy m_spy;
 };
 
+/// Collects what a widget is told to paint.
+class PaintedRegion : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget *widget) { widget->installEventFilter(this); }
+
+    QRegion all;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            all |= static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
+};
+
 } // namespace
 
 void tst_GraphicPaint::manyPointsCostOneRepaint()
@@ -340,6 +359,25 @@ void tst_GraphicPaint::updateAlwaysPaints()
     QTRY_COMPARE(pictures.count(), 1);
     bench.plot.update(false);
     QTRY_COMPARE(pictures.count(), 2);
+}
+
+void tst_GraphicPaint::newPointsPaintTheirPlaceOnly()
+{
+    PlotBench bench;
+    QVERIFY(QTest::qWaitForWindowExposed(&bench.plot));
+    QTest::qWait(60);
+    PaintedRegion region(bench.plot.canvas());
+    bench.plot.addPoint(99.0, 50.0); // after one at 100
+    QTRY_VERIFY(!region.all.isEmpty());
+    QVERIFY(region.all.boundingRect().width() < 60);
+    QVERIFY(region.all.boundingRect().contains(bench.at(99.0, 50.0).toPoint()));
+
+    region.all = QRegion();
+    bench.plot.setCursorVisible(true);
+    QTRY_COMPARE(region.all.boundingRect(), bench.plot.canvas()->rect());
+    region.all = QRegion();
+    bench.plot.addPoint(98.0, 50.0); // what the cursor reads may be anywhere
+    QTRY_COMPARE(region.all.boundingRect(), bench.plot.canvas()->rect());
 }
 
 void tst_GraphicPaint::updateNowPaintsAtOnce()
