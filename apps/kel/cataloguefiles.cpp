@@ -53,6 +53,7 @@ AnyCatalogue AnyCatalogue::read(const QString &path)
     if (!isDatabase(path)) {
         const CatalogueSource source = CatalogueSource::fromText(readCatalogueSource(path));
         any.data = source.data;
+        any.isSource = true;
         any.mistakes = findingLines(path, source.findings);
         return any;
     }

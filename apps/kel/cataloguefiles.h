@@ -11,7 +11,8 @@
 /// A catalogue of either form with everything that is wrong with it.
 struct AnyCatalogue {
     CatalogueData data;
-    QStringList mistakes; ///< "FILE:LINE:COLUMN: …" of a source, "FILE: …" of a database, one line each.
+    bool isSource = false; ///< A source with mistakes may lack what they are about.
+    QStringList mistakes;  ///< "FILE:LINE:COLUMN: …" of a source, "FILE: …" of a database, one line each.
 
     /// Reads \a path. Throws a CommandError that names it when it is neither form or cannot be read.
     static AnyCatalogue read(const QString &path);

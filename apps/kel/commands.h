@@ -9,6 +9,7 @@ void addCatalogCommand(Program &program);
 void addCheckCommand(Program &program);
 void addDemoCommand(Program &program);
 void addDoctorCommand(Program &program);
+void addMonitorCommand(Program &program);
 void addPanelCommand(Program &program);
 void addProjectCommand(Program &program);
 void addSimCommand(Program &program);

@@ -37,6 +37,7 @@ int main(int argc, char **argv)
     addCheckCommand(program);
     addDemoCommand(program);
     addDoctorCommand(program);
+    addMonitorCommand(program);
     addPanelCommand(program);
     addProjectCommand(program);
     addSimCommand(program);

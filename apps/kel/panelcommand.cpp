@@ -23,6 +23,7 @@ struct PanelOptions {
     std::string form;
     std::string catalogue;
     std::string screenshot;
+    std::string log;
     int gapMs = 20;
     int afterMs = 500;
     bool trace = false;
@@ -58,6 +59,8 @@ int runPanel(Program &program, const PanelOptions &options)
     DeviceRoutes routes(Kel::connection, path);
     if (options.trace)
         traceRoutes(routes, TrafficLog(QStringLiteral("panel")));
+    if (!options.log.empty())
+        traceRoutes(routes, TrafficLog::toFile(QStringLiteral("panel"), QString::fromStdString(options.log)));
     routes.open(*form.window);
     // Last of all, so that what is wrong with the files is said without a display too.
     if (isWithoutDisplay() && screenshot.isEmpty())
@@ -80,6 +83,7 @@ void addPanelCommand(Program &program)
         ->check(CLI::Range(0, 600000));
     command->add_option("--gap", options->gapMs, "Silence that ends a message, in ms (20)")
         ->check(CLI::Range(0, 10000));
+    command->add_option("--log", options->log, "Write what goes over the ports to this file, for kel monitor");
     command->add_flag("--trace", options->trace, "Print what goes over the ports");
     command->callback(
         [&program, options] { program.chosen = [&program, options] { return runPanel(program, *options); }; });

@@ -171,8 +171,7 @@ int changeProject(const Input &input, const std::function<void(ServerProject &, 
     for (const std::string &word : input.words)
         change(project, QString::fromStdString(word));
     if (!project.mainScript.isEmpty() && !project.scriptFiles.contains(project.mainScript))
-        throw failure(path,
-                      QStringLiteral("main script %1 is none of the scripts").arg(printable(project.mainScript)));
+        throw failure(path, QStringLiteral("main script %1 is none of the scripts").arg(printable(project.mainScript)));
     writeProject(path, project);
     return 0;
 }
@@ -220,8 +219,7 @@ int check(const Input &input)
     print(report);
 
     if (!project.mainScript.isEmpty() && !project.scriptFiles.contains(project.mainScript))
-        throw failure(path,
-                      QStringLiteral("main script %1 is none of the scripts").arg(printable(project.mainScript)));
+        throw failure(path, QStringLiteral("main script %1 is none of the scripts").arg(printable(project.mainScript)));
     if (missing > 0)
         throw failure(path, missing == 1 ? QStringLiteral("1 file is missing")
                                          : QStringLiteral("%1 files are missing").arg(missing));

@@ -14,6 +14,7 @@ namespace
 
 struct SimOptions {
     std::string rules;
+    std::string replay;
     std::string link;
     int tcpPort = -1;
     int gapMs = 20;
@@ -29,12 +30,18 @@ std::unique_ptr<SimulatorLine> makeLine(const SimOptions &options)
 int runSim(Program &program, const SimOptions &options)
 {
     const QCoreApplication application(program.argc, program.argv);
-    const SimulatorRules rules = Simulator::readRules(QString::fromStdString(options.rules));
-    quitOnSignals();
-
     const TrafficLog log(QStringLiteral("device"));
-    const Simulator simulator(rules, makeLine(options), options.gapMs, log);
-    log.note(QStringLiteral("listens on %1").arg(simulator.lineName()));
+    std::unique_ptr<Simulator> simulator;
+    if (options.replay.empty()) {
+        const SimulatorRules rules = Simulator::readRules(QString::fromStdString(options.rules));
+        simulator = std::make_unique<Simulator>(rules, makeLine(options), options.gapMs, log);
+    } else {
+        const TrafficReplay replay = TrafficReplay::fromFile(QString::fromStdString(options.replay));
+        simulator = std::make_unique<Simulator>(replay, makeLine(options), options.gapMs, log);
+        log.note(QStringLiteral("replays %1 requests").arg(replay.requests()));
+    }
+    quitOnSignals();
+    log.note(QStringLiteral("listens on %1").arg(simulator->lineName()));
     return QCoreApplication::exec();
 }
 
@@ -43,8 +50,11 @@ int runSim(Program &program, const SimOptions &options)
 void addSimCommand(Program &program)
 {
     auto options = std::make_shared<SimOptions>();
-    CLI::App *command = program.line.add_subcommand("sim", "A device that answers from a rules file");
-    command->add_option("rules", options->rules, "The rules file (docs/formats/simulator-rules.md)")->required();
+    CLI::App *command = program.line.add_subcommand("sim", "A device that answers from a rules file or a recorded log");
+    CLI::Option_group *source = command->add_option_group("What it answers");
+    source->add_option("rules", options->rules, "The rules file (docs/formats/simulator-rules.md)");
+    source->add_option("--replay", options->replay, "Give the answers of this log (docs/formats/traffic-log.md)");
+    source->require_option(1);
     CLI::Option *link = command->add_option("--link", options->link, "Make a symbolic link to the pseudo terminal");
     command->add_option("--tcp", options->tcpPort, "Listen on this TCP port instead; 0 takes a free one")
         ->check(CLI::Range(0, 65535))

@@ -12,6 +12,7 @@ namespace
 
 constexpr qint64 MaxRulesSize = 1024 * 1024;
 constexpr int MaxWaiting = 64;
+constexpr int OpeningPeriodMs = 100;
 
 } // namespace
 
@@ -34,8 +35,7 @@ SimulatorRules Simulator::readRules(const QString &path)
     return rules;
 }
 
-Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
-                     QObject *parent)
+Simulator::Simulator(std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log, QObject *parent)
     : QObject(parent)
     , m_line(std::move(line))
     , m_gap(gapMs)
@@ -45,12 +45,40 @@ Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine>
     m_distance.setSingleShot(true);
     m_distance.setTimerType(Qt::PreciseTimer);
     connect(&m_distance, &QTimer::timeout, this, &Simulator::sendWaiting);
+    connect(m_line.get(), &SimulatorLine::received, &m_gap, &MessageGap::add);
+    connect(&m_gap, &MessageGap::message, this, &Simulator::answer);
+}
+
+Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
+                     QObject *parent)
+    : Simulator(std::move(line), gapMs, std::move(log), parent)
+{
     for (const SimulatorDeviceRules &device : rules.devices) {
         m_devices.emplace_back(device, [this](const QString &error) { m_log.note(error); });
         startReports(m_devices.back());
     }
-    connect(m_line.get(), &SimulatorLine::received, &m_gap, &MessageGap::add);
-    connect(&m_gap, &MessageGap::message, this, &Simulator::answer);
+}
+
+Simulator::Simulator(TrafficReplay replay, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
+                     QObject *parent)
+    : Simulator(std::move(line), gapMs, std::move(log), parent)
+{
+    m_replay = std::move(replay);
+    connect(&m_opening, &QTimer::timeout, this, &Simulator::open);
+    if (!m_replay->opening().isEmpty())
+        m_opening.start(OpeningPeriodMs);
+}
+
+void Simulator::open()
+{
+    QVector<SimulatorReply> opening = m_replay->opening();
+    const QByteArray first = opening.takeFirst().bytes;
+    if (!m_line->write(first))
+        return;
+    m_opening.stop();
+    m_sinceSent.start();
+    m_log.sent(first);
+    sendLater(opening, QString());
 }
 
 void Simulator::startReports(SimulatedDevice &device)
@@ -65,6 +93,11 @@ void Simulator::startReports(SimulatedDevice &device)
 
 void Simulator::answer(const QByteArray &message)
 {
+    if (m_replay) {
+        const auto replies = m_replay->answer(message);
+        m_log.received(message, replies ? QString() : QStringLiteral("never asked in the log"));
+        return sendLater(replies.value_or(QVector<SimulatorReply>()), QString());
+    }
     for (SimulatedDevice &device : m_devices) {
         const auto replies = device.answer(message);
         if (!replies)
@@ -89,10 +122,13 @@ void Simulator::sendLater(const QVector<SimulatorReply> &replies, const QString 
 void Simulator::send(const QByteArray &bytes, const QString &device)
 {
     const qint64 quietMs = m_sinceSent.isValid() ? m_sinceSent.elapsed() : m_distanceMs;
-    if (m_waiting.isEmpty() && (device == m_lastDevice || quietMs >= m_distanceMs))
+    // What was recorded as several messages has to stay several.
+    const bool mayFollow = device == m_lastDevice && !m_replay;
+    if (m_waiting.isEmpty() && (mayFollow || quietMs >= m_distanceMs))
         return sendNow(bytes, device);
     if (m_waiting.size() >= MaxWaiting)
-        return m_log.note(QStringLiteral("the line is too busy, a message of %1 is lost").arg(device));
+        return m_log.note(QStringLiteral("the line is too busy, a message of %1 is lost")
+                              .arg(device.isEmpty() ? QStringLiteral("the log") : device));
     m_waiting.enqueue({bytes, device});
     if (!m_distance.isActive())
         m_distance.start(int(m_distanceMs - quietMs));

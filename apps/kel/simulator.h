@@ -6,6 +6,7 @@
 #include "simulateddevice.h"
 #include "simulatorline.h"
 #include "trafficlog.h"
+#include "trafficreplay.h"
 
 #include <QElapsedTimer>
 #include <QObject>
@@ -14,6 +15,7 @@
 
 #include <deque>
 #include <memory>
+#include <optional>
 
 /// Lets the devices of a rules file live on a line: hands them the requests, sends their replies when
 /// their delay is over, starts their reports, and prints the traffic. Messages of different devices keep a
@@ -27,12 +29,19 @@ public:
     Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
               QObject *parent = nullptr);
 
+    /// Answers from a recorded log instead of rules.
+    Simulator(TrafficReplay replay, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
+              QObject *parent = nullptr);
+
     /// Reads and checks the rules file \a path. Throws a CommandError that names the file and the line.
     static SimulatorRules readRules(const QString &path);
 
     QString lineName() const { return m_line->name(); }
 
 private:
+    Simulator(std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log, QObject *parent);
+
+    void open();
     void startReports(SimulatedDevice &device);
     void answer(const QByteArray &message);
     void sendLater(const QVector<SimulatorReply> &replies, const QString &device);
@@ -53,5 +62,7 @@ private:
     QElapsedTimer m_sinceSent;
     QString m_lastDevice;
     int m_distanceMs;
+    std::optional<TrafficReplay> m_replay;
+    QTimer m_opening;                      ///< Runs until somebody hears what a log begins with.
     std::deque<SimulatedDevice> m_devices; // stays in its place: reports refer to their device
 };

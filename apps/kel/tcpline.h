@@ -23,6 +23,6 @@ public:
 private:
     void welcome();
 
-    QTcpServer m_server;
     QList<QTcpSocket *> m_clients;
+    QTcpServer m_server; ///< Last: its end is that of the clients, who take themselves off the list.
 };

@@ -93,7 +93,7 @@ bool PISerial::Port::apply()
 StreamLink::Opened PISerial::Port::openLink(const std::atomic<bool> &)
 {
     StreamLink::Opened opened;
-    opened.descriptor = openSerialLine(path(), opened.error);
+    opened.descriptor = openSerialLine(path(), m_serial.property("readOnly").toBool(), opened.error);
     if (opened.descriptor < 0)
         return opened;
     const std::lock_guard<std::mutex> lock(m_mutex);
@@ -129,6 +129,7 @@ PISerial::PISerial()
     setProperty("outSpeed", DefaultSpeed);
     setProperty("dataBitsCount", DefaultDataBits);
     setProperty("parameters", 0);
+    setProperty("readOnly", false);
 }
 
 PISerial::~PISerial()
@@ -168,6 +169,8 @@ bool PISerial::closeDevice()
 
 int PISerial::writeDevice(const void *data, int size)
 {
+    if (property("readOnly").toBool())
+        return -1;
     return size >= 0 && (data || size == 0) ? m_port->link().write(data, size) : -1;
 }
 

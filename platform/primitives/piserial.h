@@ -13,7 +13,8 @@
 ///
 /// Properties: "path", "inSpeed" and "outSpeed" (bits per second, 115200 at first), "dataBitsCount"
 /// (5 to 8, 8 at first) and "parameters" (flags, 0 at first). They take effect when the port opens,
-/// and by applySettings().
+/// and by applySettings(). "readOnly" (false at first) takes effect when the port opens: nothing can be
+/// written to it then.
 ///
 /// The port is opened for this program alone: a second one, here or in another program, fails to
 /// open and says so. A port that disappears is reported once on standard error and opened again when

@@ -97,9 +97,10 @@ std::string openErrorText(int error)
 
 } // namespace
 
-int openSerialLine(const std::string &path, std::string &error)
+int openSerialLine(const std::string &path, bool isReadOnly, std::string &error)
 {
-    const int descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    const int access = isReadOnly ? O_RDONLY : O_RDWR;
+    const int descriptor = ::open(path.c_str(), access | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         error = openErrorText(errno);
         return -1;

@@ -14,9 +14,10 @@ struct LineSettings {
     bool hasTwoStopBits = false;
 };
 
-/// Opens the port of \a path for this program alone; the descriptor does not block. -1, with one line
-/// in \a error, when it cannot be opened, is no serial port, or is used by another program.
-int openSerialLine(const std::string &path, std::string &error);
+/// Opens the port of \a path for this program alone, to read only if \a isReadOnly; the descriptor does not
+/// block. -1, with one line in \a error, when it cannot be opened, is no serial port, or is used by another
+/// program.
+int openSerialLine(const std::string &path, bool isReadOnly, std::string &error);
 
 /// Sets up raw transmission. Empty when the port took everything, else one line that says what not.
 std::string applyLineSettings(int descriptor, const LineSettings &settings);

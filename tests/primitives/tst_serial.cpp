@@ -67,6 +67,7 @@ private Q_SLOTS:
     void speedNotAboveZeroIsRefused();
     void carriesEveryByteBothWays();
     void opensRawAtItsSpeed();
+    void readOnlyPortHearsAndSaysNothing();
     void unusualSpeedIsTaken();
     void speedChangesOfAnOpenPort();
     void refusedParityIsToldAndOpeningGoesOn();
@@ -237,6 +238,26 @@ void tst_Serial::opensRawAtItsSpeed()
     QCOMPARE(::cfgetospeed(&settings), speed_t(B19200));
     QVERIFY(!(settings.c_lflag & (ECHO | ICANON | ISIG)));
     QVERIFY(!(settings.c_oflag & OPOST));
+}
+
+void tst_Serial::readOnlyPortHearsAndSaysNothing()
+{
+    PtyPair pty;
+    PISerial serial;
+    Inbox inbox(serial);
+    serial.setPath(Q2PIString(pty.path()));
+    serial.setProperty("readOnly", true);
+    QVERIFY(serial.open());
+    QCOMPARE(write(serial, "x"), -1);
+    QVERIFY(pty.write("abc"));
+    QTRY_COMPARE(inbox.bytes(), QByteArray("abc"));
+    QCOMPARE(pty.readAll(), QByteArray());
+
+    serial.close();
+    serial.setProperty("readOnly", false);
+    QVERIFY(serial.open());
+    QCOMPARE(write(serial, "x"), 1);
+    QCOMPARE(pty.read(1), QByteArray("x"));
 }
 
 void tst_Serial::unusualSpeedIsTaken()
