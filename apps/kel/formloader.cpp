@@ -15,6 +15,8 @@
 namespace
 {
 
+constexpr int MaxWindowSide = 16384; ///< Pixels; several large screens beside each other.
+
 QObject *findObject(QWidget &window, const QString &name)
 {
     return window.objectName() == name ? &window : window.findChild<QObject *>(name);
@@ -36,6 +38,57 @@ QString makeConnection(QWidget &window, const FormConnection &connection)
     return QObject::connect(sender, wire.signal, receiver, wire.slot) ? QString() : QStringLiteral("it cannot be made");
 }
 
+/// Keeps what Qt remarks on a form while it is built; everything else is said as before.
+class Remarks
+{
+public:
+    Remarks()
+    {
+        kept.clear();
+        sayOtherwise = qInstallMessageHandler(keep);
+    }
+    ~Remarks() { qInstallMessageHandler(sayOtherwise); }
+    Remarks(const Remarks &) = delete;
+    Remarks &operator=(const Remarks &) = delete;
+
+    /// One line each.
+    QStringList lines() const { return kept; }
+
+private:
+    static void keep(QtMsgType type, const QMessageLogContext &context, const QString &text)
+    {
+        if (type != QtWarningMsg)
+            return sayOtherwise(type, context, text);
+        const QString remark = QString(text).remove(QStringLiteral("Designer: ")).simplified();
+        if (kept.size() < MaxRemarks && !kept.contains(remark))
+            kept << remark;
+    }
+
+    static constexpr int MaxRemarks = 20;
+    static QStringList kept;
+    static QtMessageHandler sayOtherwise;
+};
+
+QStringList Remarks::kept;
+QtMessageHandler Remarks::sayOtherwise = nullptr;
+
+/// Builds the window of the form \a text. Throws when it is none, or one that no screen can show.
+std::unique_ptr<QWidget> build(FormWidgets &loader, QByteArray &text, const QString &path)
+{
+    QBuffer buffer(&text);
+    buffer.open(QIODevice::ReadOnly);
+    loader.setWorkingDirectory(QFileInfo(path).absoluteDir());
+    std::unique_ptr<QWidget> window(loader.load(&buffer));
+    if (!window)
+        throw CommandError(QStringLiteral("%1: %2").arg(path, loader.errorString().simplified()));
+
+    const QSize size = window->size().expandedTo(window->minimumSizeHint());
+    if (size.width() > MaxWindowSide || size.height() > MaxWindowSide)
+        throw CommandError(
+            QStringLiteral("%1: it would be %2 by %3 pixels large").arg(path).arg(size.width()).arg(size.height()));
+    return window;
+}
+
 } // namespace
 
 QByteArray readFormFile(const QString &path)
@@ -55,13 +108,11 @@ LoadedForm loadForm(const QString &path)
     if (!form.error.isEmpty())
         throw CommandError(form.error);
 
-    QBuffer buffer(&form.text);
-    buffer.open(QIODevice::ReadOnly);
-    loader.setWorkingDirectory(QFileInfo(path).absoluteDir());
     LoadedForm loaded;
-    loaded.window.reset(loader.load(&buffer));
-    if (!loaded.window)
-        throw CommandError(QStringLiteral("%1: %2").arg(path, loader.errorString().simplified()));
+    const Remarks remarks;
+    loaded.window = build(loader, form.text, path);
+    for (const QString &remark : remarks.lines())
+        loaded.complaints << QStringLiteral("%1: %2").arg(path, remark);
 
     for (const FormConnection &connection : std::as_const(form.connections)) {
         const QString problem = makeConnection(*loaded.window, connection);

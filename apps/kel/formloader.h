@@ -13,7 +13,8 @@
 struct LoadedForm {
     std::unique_ptr<QWidget> window; ///< Hidden; its size is the form's.
 
-    /// One line for each connection of the form that could not be made; the others are.
+    /// One line for each thing that Qt remarked while it built the form, and for each connection of the
+    /// form that could not be made; the others are.
     QStringList complaints;
 };
 
