@@ -2,7 +2,20 @@
 
 #include <widgetlist.h>
 
-#include <QWidget>
+#include <QStackedWidget>
+#include <QTabWidget>
+#include <QToolBox>
+
+namespace
+{
+
+bool isContainer(const QWidget *widget)
+{
+    return qobject_cast<const QTabWidget *>(widget) || qobject_cast<const QStackedWidget *>(widget) ||
+           qobject_cast<const QToolBox *>(widget);
+}
+
+} // namespace
 
 WithoutLibraryPaths::WithoutLibraryPaths()
     : m_paths(QCoreApplication::libraryPaths())
@@ -39,5 +52,10 @@ QWidget *FormWidgets::createWidget(const QString &className, QWidget *parent, co
         widget->setObjectName(name);
         return widget;
     }
-    return QUiLoader::createWidget(className, parent, name);
+    QWidget *widget = QUiLoader::createWidget(className, parent, name);
+    // Qt's loader makes the pages of a container without a parent and adds them when they are complete. What
+    // is on them would miss the panel's palette, of which buttons take their colour when they are made.
+    if (widget && !widget->parentWidget() && isContainer(parent))
+        widget->setParent(parent);
+    return widget;
 }

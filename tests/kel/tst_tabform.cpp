@@ -18,6 +18,8 @@ private Q_SLOTS:
     void connections();
     void inALayout();
     void noPages();
+    void pagesHaveThePanelsColours_data();
+    void pagesHaveThePanelsColours();
 
 private:
     LoadedForm load(const QByteArray &text);
@@ -154,6 +156,35 @@ void tst_TabForm::noPages()
     QCOMPARE(tabs->count(), 0);
     tabs->show();
     QVERIFY(!tabs->grab().isNull());
+}
+
+void tst_TabForm::pagesHaveThePanelsColours_data()
+{
+    QTest::addColumn<QByteArray>("container");
+    for (const char *name : {"KelTabWidget", "QTabWidget", "QStackedWidget", "QToolBox"})
+        QTest::newRow(name) << QByteArray(name);
+}
+
+// A button takes its grey from the palette that it finds when it is made.
+void tst_TabForm::pagesHaveThePanelsColours()
+{
+    QFETCH(QByteArray, container);
+    const LoadedForm form = load(R"(<ui version="4.0"><widget class="QWidget" name="Panel">
+ <property name="palette"><palette><active><colorrole role="Button"><brush brushstyle="SolidPattern">
+  <color alpha="255"><red>1</red><green>2</green><blue>3</blue></color></brush></colorrole></active></palette></property>
+ <widget class=")" + container + R"(" name="rooms">
+  <widget class="QWidget" name="hall"><attribute name="title"><string>Hall</string></attribute>
+   <layout class="QVBoxLayout"><item><widget class="KelButton" name="button"/></item></layout></widget>
+  <widget class="QWidget" name="garden"><attribute name="title"><string>Garden</string></attribute></widget>
+ </widget></widget></ui>)");
+    const auto *button = form.window->findChild<KelButton *>(QStringLiteral("button"));
+    QVERIFY(button);
+    QCOMPARE(button->grayColor(), QColor(1, 2, 3));
+    auto *hall = form.window->findChild<QWidget *>(QStringLiteral("hall"));
+    auto *garden = form.window->findChild<QWidget *>(QStringLiteral("garden"));
+    form.window->show();
+    QVERIFY(hall->isVisible());
+    QVERIFY(!garden->isVisible());
 }
 
 KEL_TEST_MAIN(tst_TabForm)
