@@ -26,6 +26,7 @@ private Q_SLOTS:
     void legendShowsColours();
     void hiddenCurveIsNotDrawn();
     void pausedPictureStandsStill();
+    void clearForgetsAPausedPicture();
     void disabledIsPale();
     void paletteIsFollowed();
     void userPaintsOverTheCurves();
@@ -227,6 +228,17 @@ void tst_GraphicPaint::pausedPictureStandsStill()
     QCOMPARE(canvasOf(bench.plot), before);
     bench.plot.setPaused(false);
     QVERIFY(canvasOf(bench.plot) != before);
+}
+
+void tst_GraphicPaint::clearForgetsAPausedPicture()
+{
+    PlotBench bench;
+    bench.plot.graphic(0).color = Qt::red;
+    bench.plot.setCurveWidth(3.0);
+    bench.plot.setPaused(true);
+    QVERIFY(count(canvasOf(bench.plot), Qt::red) > 50);
+    bench.plot.clear();
+    QCOMPARE(count(canvasOf(bench.plot), Qt::red), 0);
 }
 
 void tst_GraphicPaint::disabledIsPale()
