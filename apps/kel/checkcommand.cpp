@@ -5,6 +5,7 @@
 #include "check/report.h"
 #include "command.h"
 #include "commands.h"
+#include "panelfiles.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -42,17 +43,26 @@ QVector<Finding> wantedFindings(const QString &path, const CheckOptions &options
     return findings;
 }
 
-int checkAndPrint(const CheckOptions &options)
+/// The catalogue that is given, or else the one that kel panel would take for a project.
+QString findCatalogue(const CheckOptions &options, const QString &path)
 {
     if (!options.catalogue.empty())
-        openCatalogue(QString::fromStdString(options.catalogue));
+        return QString::fromStdString(options.catalogue);
+    return PanelFiles::catalogueOf(path);
+}
+
+int checkAndPrint(const CheckOptions &options)
+{
     const QString path = QString::fromStdString(options.file);
+    const QString catalogue = findCatalogue(options, path);
+    if (!catalogue.isEmpty())
+        openCatalogue(catalogue);
     const QVector<Finding> findings = wantedFindings(path, options);
     if (options.isJson)
         print(jsonReport(findings, path));
     else
         print(options.isSarif ? sarifReport(findings) : textReport(findings));
-    if (options.catalogue.empty())
+    if (catalogue.isEmpty())
         std::fputs("kel: without a catalogue (--db) only the panel itself was checked\n", stderr);
     return findings.isEmpty() ? ExitClean : ExitFindings;
 }

@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "deviceroutes.h"
 #include "formloader.h"
+#include "panelfiles.h"
 #include "paneltrace.h"
 #include "plotfeed.h"
 #include "quitonsignals.h"
@@ -39,6 +40,16 @@ int takeScreenshot(QWidget &window, const QString &path, int afterMs)
     return EXIT_SUCCESS;
 }
 
+PanelFiles findFiles(const PanelOptions &options)
+{
+    PanelFiles files = PanelFiles::of(QString::fromStdString(options.form));
+    for (const QString &ignored : qAsConst(files.ignored))
+        std::fprintf(stderr, "kel: %s\n", qPrintable(ignored));
+    if (!options.catalogue.empty())
+        files.catalogue = QString::fromStdString(options.catalogue);
+    return files;
+}
+
 int runPanel(Program &program, const PanelOptions &options)
 {
     const auto application = makeApplication(program);
@@ -46,9 +57,10 @@ int runPanel(Program &program, const PanelOptions &options)
     if (!screenshot.isEmpty())
         checkScreenshotPath(screenshot);
 
-    if (!options.catalogue.empty())
-        openCatalogue(QString::fromStdString(options.catalogue));
-    const QString path = QString::fromStdString(options.form);
+    const PanelFiles files = findFiles(options);
+    if (!files.catalogue.isEmpty())
+        openCatalogue(files.catalogue);
+    const QString path = files.form;
     const LoadedForm form = loadForm(path);
     for (const QString &complaint : form.complaints)
         std::fprintf(stderr, "kel: %s\n", qPrintable(complaint));
@@ -76,8 +88,8 @@ void addPanelCommand(Program &program)
 {
     auto options = std::make_shared<PanelOptions>();
     CLI::App *command = program.line.add_subcommand("panel", "Run a panel made in Qt Designer");
-    command->add_option("form", options->form, "The form (.ui)")->required();
-    command->add_option("--db", options->catalogue, "The command catalogue (SQLite)");
+    command->add_option("form", options->form, "The form (.ui) or the project file")->required();
+    command->add_option("--db", options->catalogue, "The command catalogue (SQLite), in place of a project's");
     command->add_option("--screenshot", options->screenshot, "Save a picture of the panel and end");
     command->add_option("--after", options->afterMs, "When the picture is taken, in ms (500)")
         ->check(CLI::Range(0, 600000));
