@@ -1,11 +1,12 @@
 #include "gserial.h"
 
+#include "blocksonwire.h"
+
 #include <picout.h>
 #include <pigpio.h>
 #include <pisleep.h>
 #include <piurgent.h>
 
-#include <mutex>
 #include <utility>
 
 namespace
@@ -52,6 +53,7 @@ void readNumber(const std::vector<PIString> &fields, size_t index, std::atomic<i
 } // namespace
 
 PIGSerial::PIGSerial()
+    : m_onWire(std::make_unique<BlocksOnWire>())
 {
     addHandler("tickWrite", [this] { tickWrite(); });
     piConnectU(&m_writeTimer, "tickEvent", this, "tickWrite", "libs/shared/gserial:15");
@@ -61,6 +63,9 @@ PIGSerial::~PIGSerial()
 {
     close();
     disconnectAll();
+    PIByteArray block;
+    while (takeOldest(block))
+        reportLost(block, "is no longer used:");
 }
 
 bool PIGSerial::openDevice()
@@ -77,7 +82,13 @@ bool PIGSerial::closeDevice()
         m_writeTimer.stop();
     // Frees the queue in any case; a writer on another thread keeps its lock.
     m_queueMutex.unlock();
-    return PISerial::closeDevice();
+
+    const std::lock_guard<std::recursive_mutex> lock(m_sendMutex);
+    settleWire();
+    const bool isClosed = PISerial::closeDevice();
+    m_onWire->keepLast(unsentAtClose());
+    reportOnWire("was closed while sending:");
+    return isClosed;
 }
 
 int PIGSerial::writeDevice(const void *data, int size)
@@ -110,14 +121,40 @@ void PIGSerial::keepUnsent(PIByteArray block)
 
 void PIGSerial::tickWrite()
 {
+    const std::lock_guard<std::recursive_mutex> lock(m_sendMutex);
+    settleWire();
     PIByteArray block;
     if (isPortAway() || !takeOldest(block))
         return;
-    const Outcome outcome = send(block);
-    if (outcome == Outcome::GivenUp)
-        PICout(piDebug) << "Port" << path() << "takes no bytes: a block of" << block.size() << "bytes is given up";
-    else if (outcome == Outcome::PortGone)
+    const Fate fate = send(block);
+    if (fate == Fate::Stuck)
+        reportLost(block, "takes no bytes:");
+    else if (fate == Fate::Interrupted)
         keepUnsent(std::move(block));
+}
+
+/// Forgets what is out by now. What the port held when it went away did not all reach the wire, but
+/// nobody can tell how much: it is not sent again, the far end may have it.
+void PIGSerial::settleWire()
+{
+    if (m_onWire->isEmpty())
+        return;
+    if (isSamePort(m_onWire->connection()))
+        m_onWire->keepLast(unsentBytes());
+    else
+        reportOnWire("went away while sending:");
+}
+
+void PIGSerial::reportOnWire(const char *why)
+{
+    for (const PIByteArray &block : m_onWire->takeAll())
+        reportLost(block, why);
+}
+
+void PIGSerial::reportLost(const PIByteArray &block, const char *why) const
+{
+    if (!block.isEmpty())
+        PICout(piDebug) << "Port" << path() << why << "a block of" << block.size() << "bytes is lost:" << block;
 }
 
 long long PIGSerial::wireTimeUs(int size) const
@@ -130,19 +167,28 @@ long long PIGSerial::wireTimeUs(int size) const
 
 bool PIGSerial::_write(const PIByteArray &block)
 {
-    return send(block) == Outcome::Sent;
+    const std::lock_guard<std::recursive_mutex> lock(m_sendMutex);
+    return send(block) == Fate::Taken;
 }
 
-PIGSerial::Outcome PIGSerial::send(const PIByteArray &block)
+PISerial::Fate PIGSerial::send(const PIByteArray &block)
+{
+    const Written written = sendFramed(block);
+    if (written.fate == Fate::Taken) {
+        m_onWire->add(block, written.connection);
+        settleWire();
+    }
+    return written.fate;
+}
+
+PISerial::Written PIGSerial::sendFramed(const PIByteArray &block)
 {
     const long long timeUs = wireTimeUs(block.size());
     const PIUrgent urgent; // outlives the pin: its release must not wait for other work either
     const HeldPin sending(m_pin, m_sendLevel, m_readLevel);
-    const bool isTaken = PISerial::writeDevice(block.data(), block.size()) == block.size();
-    // Asked before the wait, during which a port that went away may come back.
-    const bool isGone = !isTaken && !isPortThere();
+    const Written written = writeBlock(block.data(), block.size());
     piUSleep(timeUs);
-    return isTaken ? Outcome::Sent : isGone ? Outcome::PortGone : Outcome::GivenUp;
+    return written;
 }
 
 PIString PIGSerial::constructFullPathDevice() const

@@ -9,7 +9,11 @@
 #include <pitimer.h>
 
 #include <atomic>
+#include <memory>
+#include <mutex>
 #include <optional>
+
+class BlocksOnWire;
 
 /// A serial port that queues what is written and sends one block every 50 ms, holding a pin at its
 /// send level for the time that the block needs on the wire.
@@ -21,13 +25,16 @@
 /// Blocks are sent on a thread of the device's own and need no event loop. They are sent in the order
 /// in which they were written, never merged and never closer together than the ticks. Closing keeps
 /// the blocks that wait; they go out when the device is open again. A block that meets a port that went
-/// away is sent whole when the port is back. Only a block that the line takes no more bytes of is given
-/// up, with a console line.
+/// away is sent whole when the port is back.
+///
+/// No block vanishes silently, and none is sent twice. A console line names each one that is lost, with
+/// all its bytes: the line took no more of it; the port went away or was closed while it held bytes of
+/// it, so it may be lost; or the device was destroyed before its turn.
 class KEL_WIDGETS_EXPORT PIGSerial : public PISerial
 {
 public:
     PIGSerial();
-    ~PIGSerial() override;
+    ~PIGSerial() override; ///< Closes; a console line for each block that still waits.
 
     PIString className() const override { return "PIGSerial"; }
     PIString parentClassName() const override { return "PISerial"; }
@@ -55,16 +62,19 @@ public:
     void tickWrite();
 
     /// Sends \a block now: send level, write, wait for its time on the wire, read level. The read
-    /// level comes whatever happens before. True when the port took the whole block.
+    /// level comes whatever happens before. True when the port took the whole block. Blocks of several
+    /// threads are sent one after the other.
     bool _write(const PIByteArray &block);
 
 private:
-    enum class Outcome { Sent, GivenUp, PortGone };
-
-    Outcome send(const PIByteArray &block);
+    Written sendFramed(const PIByteArray &block);
+    Fate send(const PIByteArray &block);
     long long wireTimeUs(int size) const;
     bool takeOldest(PIByteArray &block);
     void keepUnsent(PIByteArray block);
+    void settleWire();
+    void reportOnWire(const char *why);
+    void reportLost(const PIByteArray &block, const char *why) const;
 
     PITimer m_writeTimer;
     PIQueue<PIByteArray> m_queue;
@@ -73,4 +83,6 @@ private:
     std::atomic<int> m_readLevel{0};
     std::atomic<int> m_sendLevel{0};
     std::optional<PIByteArray> m_unsent; ///< Older than the queue: met a port that went away. Guarded as the queue is.
+    std::recursive_mutex m_sendMutex;    ///< Held for a whole block, pin and wait included.
+    std::unique_ptr<BlocksOnWire> m_onWire; ///< Never null. Guarded by m_sendMutex.
 };

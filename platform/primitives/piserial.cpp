@@ -163,15 +163,35 @@ bool PISerial::openDevice()
 
 bool PISerial::closeDevice()
 {
-    m_port->link().close();
+    m_unsentAtClose = m_port->link().close();
     return true;
 }
 
 int PISerial::writeDevice(const void *data, int size)
 {
+<<<<<<< HEAD
     if (property("readOnly").toBool())
         return -1;
     return size >= 0 && (data || size == 0) ? m_port->link().write(data, size) : -1;
+=======
+    if (size < 0 || (!data && size > 0))
+        return -1;
+    return writeBlock(data, size).fate == Fate::Taken && m_port->link().isConnected() ? size : -1;
+}
+
+PISerial::Written PISerial::writeBlock(const void *data, int size)
+{
+    const StreamLink::Written written = m_port->link().write(data, size);
+    switch (written.fate) {
+    case StreamLink::Fate::Taken:
+        return {Fate::Taken, written.connection};
+    case StreamLink::Fate::Stuck:
+        return {Fate::Stuck, written.connection};
+    case StreamLink::Fate::Interrupted:
+        break;
+    }
+    return {};
+>>>>>>> a997016 (io: no queued block vanishes silently)
 }
 
 bool PISerial::isPortAway() const
@@ -179,9 +199,14 @@ bool PISerial::isPortAway() const
     return m_port->link().isRunning() && !m_port->link().isConnected();
 }
 
-bool PISerial::isPortThere() const
+bool PISerial::isSamePort(unsigned long long connection) const
 {
-    return m_port->link().isConnected();
+    return m_port->link().isSame(connection);
+}
+
+int PISerial::unsentBytes() const
+{
+    return m_port->link().unsentBytes();
 }
 
 void PISerial::hurryWrites()

@@ -4,6 +4,7 @@
 
 #include <piiodevice.h>
 
+#include <atomic>
 #include <initializer_list>
 #include <memory>
 #include <vector>
@@ -68,9 +69,27 @@ protected:
     /// Names the first of the fields \a numbers that is neither empty nor a whole number.
     static PIString numberError(const std::vector<PIString> &fields, std::initializer_list<size_t> numbers);
 
-    bool isPortAway() const;  ///< Open, but the port went away and is waited for.
-    bool isPortThere() const; ///< Open, and the port has not gone away.
-    void hurryWrites();       ///< From now until it closes, a write that the line takes nothing of ends soon.
+    /// What became of a block that was written.
+    enum class Fate {
+        Taken,       ///< The port has all of it; not all need be on the wire.
+        Stuck,       ///< The line stood still for too long; a part may have gone out.
+        Interrupted, ///< The port is or went away, or closes and took nothing: it can be sent again.
+    };
+
+    struct Written {
+        Fate fate = Fate::Interrupted;
+        unsigned long long connection = 0; ///< For isSamePort().
+    };
+
+    /// As writeDevice(), and tells what became of the block.
+    Written writeBlock(const void *data, int size);
+
+    bool isPortAway() const; ///< Open, but the port went away and is waited for.
+    /// Whether the port has been there all the time since it took a block over \a connection.
+    bool isSamePort(unsigned long long connection) const;
+    int unsentBytes() const;                              ///< What the port took and has not sent yet.
+    int unsentAtClose() const { return m_unsentAtClose; } ///< What closeDevice() dropped of it; very large if unknown.
+    void hurryWrites(); ///< From now until it closes, a write that the line takes nothing of ends soon.
 
 private:
     class Port;
@@ -79,4 +98,5 @@ private:
     void setParameter(Parameter parameter, bool isOn);
 
     std::unique_ptr<Port> m_port;
+    std::atomic<int> m_unsentAtClose{0};
 };

@@ -184,7 +184,10 @@ bool PITcp::closeDevice()
 
 int PITcp::writeDevice(const void *data, int size)
 {
-    return size >= 0 && (data || size == 0) ? m_peer->link().write(data, size) : -1;
+    if (size < 0 || (!data && size > 0))
+        return -1;
+    const StreamLink::Written written = m_peer->link().write(data, size);
+    return written.fate == StreamLink::Fate::Taken && m_peer->link().isConnected() ? size : -1;
 }
 
 void PITcp::configureFromFullPathDevice(const PIString &text)

@@ -95,12 +95,26 @@ std::string openErrorText(int error)
     return error == EBUSY || error == EWOULDBLOCK ? "it is used by another program" : std::strerror(error);
 }
 
+/// A signal may end the opening; that says nothing about the port.
+int openPatiently(const std::string &path)
+{
+    int descriptor = -1;
+    do {
+        descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    } while (descriptor < 0 && errno == EINTR);
+    return descriptor;
+}
+
 } // namespace
 
 int openSerialLine(const std::string &path, bool isReadOnly, std::string &error)
 {
+<<<<<<< HEAD
     const int access = isReadOnly ? O_RDONLY : O_RDWR;
     const int descriptor = ::open(path.c_str(), access | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+=======
+    const int descriptor = openPatiently(path);
+>>>>>>> a997016 (io: no queued block vanishes silently)
     if (descriptor < 0) {
         error = openErrorText(errno);
         return -1;

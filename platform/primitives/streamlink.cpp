@@ -1,5 +1,7 @@
 #include "streamlink.h"
 
+#include "lineprogress.h"
+
 #include <algorithm>
 #include <array>
 #include <asio.hpp>
@@ -9,30 +11,34 @@
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <system_error>
 #include <thread>
 #include <unistd.h>
 
 namespace
 {
 
-using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
 constexpr auto ReopenPeriod = 200ms;
 constexpr auto WritePollPeriod = 10ms;
 
-/// A line that takes nothing for this long, and for the wire time of what a driver buffers, is stuck.
-constexpr auto StallLimit = 10s;
-constexpr int DriverBuffer = 4096;
-
-/// The same for a link that is about to close. USB adapters report progress in steps of this size.
-constexpr auto HurriedStallLimit = 60ms;
-constexpr int HurriedStep = 512;
-
-int unsentBytes(int descriptor)
+std::optional<int> unsentIn(int descriptor)
 {
     int count = 0;
-    return ::ioctl(descriptor, TIOCOUTQ, &count) == 0 ? count : 0;
+    return ::ioctl(descriptor, TIOCOUTQ, &count) == 0 ? std::optional<int>(count) : std::nullopt;
+}
+
+bool isHungUp(int descriptor)
+{
+    pollfd state{descriptor, 0, 0};
+    return ::poll(&state, 1, 0) == 1 && (state.revents & (POLLHUP | POLLERR | POLLNVAL));
+}
+
+StreamLink::Connection nextConnection()
+{
+    static std::atomic<StreamLink::Connection> last{0};
+    return ++last;
 }
 
 /// Never raises SIGPIPE: a peer that is gone is an error like any other.
@@ -47,72 +53,44 @@ bool isRetryable(int error)
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
 }
 
-/// Tells a slow line from one that stands still.
-class Progress
-{
-public:
-    explicit Progress(std::chrono::microseconds byteTime)
-        : m_byteTime(byteTime)
-    {
-    }
-
-    /// Notes the bytes that are \a unsent in the kernel; fewer than before is progress.
-    void note(int unsent)
-    {
-        if (unsent < m_unsent)
-            m_last = Clock::now();
-        m_unsent = unsent;
-    }
-
-    void advance() { m_last = Clock::now(); }
-
-    bool isStalled(bool isHurried) const
-    {
-        const auto silence = Clock::now() - m_last;
-        return isHurried ? silence >= HurriedStallLimit + m_byteTime * std::min(m_unsent, HurriedStep)
-                         : silence >= StallLimit + m_byteTime * DriverBuffer;
-    }
-
-private:
-    std::chrono::microseconds m_byteTime;
-    Clock::time_point m_last = Clock::now();
-    int m_unsent = 0;
-};
-
 } // namespace
 
 /// The time from one open() to its close().
 class StreamLink::Session
 {
 public:
-    Session(Owner &owner, int descriptor)
+    explicit Session(Owner &owner)
         : m_owner(owner)
         , m_retry(m_io)
     {
-        adopt(descriptor);
     }
     ~Session() { finish(); }
 
+    bool connect(const std::atomic<bool> &isStopping, std::string &error);
     void start();
 
-    bool isConnected() const { return m_isConnected; }
+    bool isConnected() const { return m_connection != None; }
+    bool isSame(Connection connection);
+    int unsentBytes();
     bool isReadingThread() const { return m_reader == std::this_thread::get_id(); }
     void hurry() { m_isHurried = true; }
-    void stop();
-    void stopFromReader();
-    int write(const char *data, int size);
+    int stop();
+    int stopFromReader();
+    Written write(const char *data, int size);
 
 private:
-    void adopt(int descriptor);
+    static constexpr Connection None = 0;
+
+    bool adopt(int descriptor, std::string &error);
     void readNext();
-    void lose(const std::string &reason);
+    void lose(Connection connection, const std::string &reason);
     void dropDescriptor();
     void scheduleReopen();
     void reopen();
-    void drain();
+    int drain();
     void finish();
-    ssize_t attempt(const char *data, int size, std::string &error);
-    void awaitRoom(Progress &progress);
+    ssize_t attempt(Connection connection, const char *data, int size);
+    void awaitRoom(LineProgress &progress);
 
     Owner &m_owner;
     asio::io_context m_io{1};
@@ -125,18 +103,35 @@ private:
     std::atomic<std::thread::id> m_reader{std::thread::id()}; ///< Of m_thread, known from its start.
     std::atomic<bool> m_isHurried{false};
     std::atomic<bool> m_isStopping{false};
-    std::atomic<bool> m_isConnected{false};
-    std::mutex m_descriptorMutex; ///< Keeps the descriptor from being closed during a call on it.
+    std::atomic<Connection> m_connection{None}; ///< None while away.
+    std::mutex m_descriptorMutex;               ///< Keeps the descriptor from being closed during a call on it.
     int m_descriptor = -1;
     std::mutex m_writeMutex; ///< Held for a whole block.
 };
 
-void StreamLink::Session::adopt(int descriptor)
+bool StreamLink::Session::connect(const std::atomic<bool> &isStopping, std::string &error)
+{
+    const Opened opened = m_owner.openLink(isStopping);
+    error = opened.error;
+    return opened.descriptor >= 0 && adopt(opened.descriptor, error);
+}
+
+bool StreamLink::Session::adopt(int descriptor, std::string &error)
 {
     const std::lock_guard<std::mutex> lock(m_descriptorMutex);
-    m_stream.emplace(m_io, descriptor);
+    asio::error_code failure;
+    m_stream.emplace(m_io);
+    m_stream->assign(descriptor, failure);
+    if (failure) {
+        error = failure.message();
+        m_owner.releaseLink(descriptor);
+        ::close(descriptor);
+        return false;
+    }
     m_descriptor = descriptor;
-    m_isConnected = true;
+    m_owner.linkReturned(); // before it can be lost again
+    m_connection = nextConnection();
+    return true;
 }
 
 void StreamLink::Session::start()
@@ -151,11 +146,12 @@ void StreamLink::Session::start()
 
 void StreamLink::Session::readNext()
 {
-    m_stream->async_read_some(asio::buffer(m_buffer), [this](const asio::error_code &error, size_t size) {
+    const Connection connection = m_connection;
+    m_stream->async_read_some(asio::buffer(m_buffer), [this, connection](const asio::error_code &error, size_t size) {
         if (error == asio::error::operation_aborted)
             return;
         if (error) {
-            lose(error == asio::error::eof ? "the other side is gone" : error.message());
+            lose(connection, error == asio::error::eof ? "the other side is gone" : error.message());
             return;
         }
         m_owner.linkReceived(m_buffer.data(), static_cast<int>(size));
@@ -163,10 +159,11 @@ void StreamLink::Session::readNext()
     });
 }
 
-/// Any thread may find out first; the reading thread cleans up.
-void StreamLink::Session::lose(const std::string &reason)
+/// Any thread may find out first; the reading thread cleans up. Who finds out late must not end the
+/// connection that came after.
+void StreamLink::Session::lose(Connection connection, const std::string &reason)
 {
-    if (!m_isConnected.exchange(false))
+    if (connection == None || !m_connection.compare_exchange_strong(connection, None))
         return;
     m_owner.linkLost(reason);
     asio::post(m_io, [this] {
@@ -178,7 +175,7 @@ void StreamLink::Session::lose(const std::string &reason)
 void StreamLink::Session::dropDescriptor()
 {
     const std::lock_guard<std::mutex> lock(m_descriptorMutex);
-    m_isConnected = false;
+    m_connection = None;
     if (m_descriptor < 0)
         return;
     m_owner.releaseLink(m_descriptor);
@@ -198,47 +195,50 @@ void StreamLink::Session::scheduleReopen()
 
 void StreamLink::Session::reopen()
 {
-    const Opened opened = m_isStopping ? Opened() : m_owner.openLink(m_isStopping);
-    if (opened.descriptor < 0) {
+    std::string stillAway;
+    if (m_isStopping || !connect(m_isStopping, stillAway)) {
         scheduleReopen();
         return;
     }
-    m_owner.linkReturned(); // before it can be lost again
-    adopt(opened.descriptor);
     readNext();
 }
 
 /// What the kernel holds goes out as long as the line takes it; closing would wait without end.
-void StreamLink::Session::drain()
+/// Returns what stays behind.
+int StreamLink::Session::drain()
 {
-    Progress progress(m_owner.byteTime());
-    while (m_isConnected) {
-        const int unsent = unsentBytes(m_descriptor);
+    LineProgress progress(m_owner.byteTime());
+    while (isConnected() && !isHungUp(m_descriptor)) {
+        const std::optional<int> unsent = unsentIn(m_descriptor);
         progress.note(unsent);
-        if (unsent == 0 || progress.isStalled(true))
-            return;
+        if (!unsent || *unsent == 0 || progress.isStalled(true))
+            return unsent.value_or(UnknownUnsent);
         std::this_thread::sleep_for(1ms);
     }
+    return UnknownUnsent;
 }
 
-void StreamLink::Session::stop()
+int StreamLink::Session::stop()
 {
     m_isHurried = true;
     m_isStopping = true;
+    int dropped = 0;
     {
         const std::lock_guard<std::mutex> lock(m_writeMutex);
         const std::lock_guard<std::mutex> descriptorLock(m_descriptorMutex);
-        drain();
+        dropped = drain();
     }
     finish();
+    return dropped;
 }
 
 /// The reading thread cannot wait for its own end: it closes the descriptor when it gets there.
-void StreamLink::Session::stopFromReader()
+int StreamLink::Session::stopFromReader()
 {
     m_isHurried = true;
     m_isStopping = true;
     m_io.stop();
+    return isSame(m_connection) ? unsentBytes() : UnknownUnsent;
 }
 
 void StreamLink::Session::finish()
@@ -250,57 +250,71 @@ void StreamLink::Session::finish()
     dropDescriptor();
 }
 
-ssize_t StreamLink::Session::attempt(const char *data, int size, std::string &error)
+bool StreamLink::Session::isSame(Connection connection)
 {
     const std::lock_guard<std::mutex> lock(m_descriptorMutex);
-    if (!m_isConnected)
-        return -1;
-    const ssize_t sent = writeSome(m_descriptor, data, static_cast<size_t>(size));
-    if (sent >= 0 || isRetryable(errno))
-        return std::max<ssize_t>(sent, 0);
-    error = std::strerror(errno);
+    return connection != None && m_connection == connection && !isHungUp(m_descriptor);
+}
+
+int StreamLink::Session::unsentBytes()
+{
+    const std::lock_guard<std::mutex> lock(m_descriptorMutex);
+    return isConnected() ? unsentIn(m_descriptor).value_or(0) : 0;
+}
+
+/// Never goes on over another connection: its far end would get the tail of a block.
+ssize_t StreamLink::Session::attempt(Connection connection, const char *data, int size)
+{
+    std::string error;
+    {
+        const std::lock_guard<std::mutex> lock(m_descriptorMutex);
+        if (m_connection != connection)
+            return -1;
+        const ssize_t sent = writeSome(m_descriptor, data, static_cast<size_t>(size));
+        if (sent >= 0 || isRetryable(errno))
+            return std::max<ssize_t>(sent, 0);
+        error = std::strerror(errno);
+    }
+    lose(connection, error);
     return -1;
 }
 
-void StreamLink::Session::awaitRoom(Progress &progress)
+void StreamLink::Session::awaitRoom(LineProgress &progress)
 {
     pollfd room{-1, POLLOUT, 0};
     {
         const std::lock_guard<std::mutex> lock(m_descriptorMutex);
-        if (!m_isConnected)
+        if (!isConnected())
             return;
         room.fd = m_descriptor;
-        progress.note(unsentBytes(m_descriptor));
+        progress.note(unsentIn(m_descriptor));
     }
     // The descriptor may be closed meanwhile: the next attempt finds out.
     ::poll(&room, 1, static_cast<int>(WritePollPeriod.count()));
 }
 
-int StreamLink::Session::write(const char *data, int size)
+StreamLink::Written StreamLink::Session::write(const char *data, int size)
 {
     const std::lock_guard<std::mutex> lock(m_writeMutex);
-    if (m_isStopping)
-        return -1;
-    Progress progress(m_owner.byteTime());
-    std::string error;
+    const Connection connection = m_connection;
+    if (m_isStopping || connection == None)
+        return {};
+    LineProgress progress(m_owner.byteTime());
     int sent = 0;
     while (sent < size) {
-        const ssize_t taken = attempt(data + sent, size - sent, error);
-        if (taken < 0) {
-            if (!error.empty())
-                lose(error);
-            return -1;
-        }
+        const ssize_t taken = attempt(connection, data + sent, size - sent);
+        if (taken < 0)
+            return {};
         if (taken > 0) {
             sent += static_cast<int>(taken);
             progress.advance();
         } else if (progress.isStalled(m_isHurried)) {
-            return -1;
+            return {sent == 0 && m_isHurried ? Fate::Interrupted : Fate::Stuck, connection};
         } else {
             awaitRoom(progress);
         }
     }
-    return m_isConnected ? size : -1;
+    return {Fate::Taken, connection};
 }
 
 StreamLink::StreamLink(Owner &owner)
@@ -331,19 +345,27 @@ bool StreamLink::open(std::string &error)
     close();
 
     static const std::atomic<bool> isNeverStopping{false};
-    const Opened opened = m_owner.openLink(isNeverStopping);
-    if (opened.descriptor < 0) {
-        error = opened.error;
+    try {
+        const auto session = std::make_shared<Session>(m_owner);
+        if (!session->connect(isNeverStopping, error))
+            return false;
+        setSession(session);
+        m_isRunning = true;
+        session->start();
+        return true;
+    } catch (const std::system_error &failure) {
+        // The system has no descriptor or thread left for it.
+        m_isRunning = false;
+        setSession(nullptr);
+        error = failure.what();
         return false;
     }
-    const auto session = std::make_shared<Session>(m_owner, opened.descriptor);
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_session = session;
-    }
-    m_isRunning = true;
-    session->start();
-    return true;
+}
+
+void StreamLink::setSession(const std::shared_ptr<Session> &session)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_session = session;
 }
 
 void StreamLink::hurry()
@@ -352,20 +374,19 @@ void StreamLink::hurry()
         running->hurry();
 }
 
-void StreamLink::close()
+int StreamLink::close()
 {
     const auto running = session();
     m_isRunning = false;
     if (!running)
-        return;
-    if (running->isReadingThread()) {
-        running->stopFromReader();
-        return;
-    }
-    running->stop();
+        return 0;
+    if (running->isReadingThread())
+        return running->stopFromReader();
+    const int dropped = running->stop();
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (m_session == running)
         m_session.reset();
+    return dropped;
 }
 
 bool StreamLink::isConnected() const
@@ -374,8 +395,20 @@ bool StreamLink::isConnected() const
     return running && running->isConnected();
 }
 
-int StreamLink::write(const void *data, int size)
+bool StreamLink::isSame(Connection connection) const
 {
     const auto running = session();
-    return running ? running->write(static_cast<const char *>(data), size) : -1;
+    return running && running->isSame(connection);
+}
+
+int StreamLink::unsentBytes() const
+{
+    const auto running = session();
+    return running ? running->unsentBytes() : 0;
+}
+
+StreamLink::Written StreamLink::write(const void *data, int size)
+{
+    const auto running = session();
+    return running ? running->write(static_cast<const char *>(data), size) : Written();
 }

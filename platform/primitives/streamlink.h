@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,10 +14,28 @@
 class StreamLink
 {
 public:
+    /// Counts how often a link was connected: never 0, and never twice the same.
+    using Connection = unsigned long long;
+
     struct Opened {
         int descriptor = -1; ///< Not blocking; -1 when it did not open.
         std::string error;   ///< Then one line without a line break.
     };
+
+    /// What became of a block.
+    enum class Fate {
+        Taken,       ///< The kernel has all of it.
+        Stuck,       ///< The line stood still for too long.
+        Interrupted, ///< The line was away, went away, or closed before it took a byte.
+    };
+
+    struct Written {
+        Fate fate = Fate::Interrupted;
+        Connection connection = 0; ///< Which one took it.
+    };
+
+    /// Unsent bytes when nobody can tell how many there are.
+    static constexpr int UnknownUnsent = std::numeric_limits<int>::max();
 
     /// What differs from one kind of link to the next. All but byteTime() are called on the reading
     /// thread, or on the thread that opens, closes or writes.
@@ -28,7 +47,7 @@ public:
         virtual void releaseLink(int descriptor) = 0; ///< Just before it is closed.
         virtual void linkReceived(const char *data, int size) = 0;
         virtual void linkLost(const std::string &reason) = 0; ///< Once for each time that it went away.
-        virtual void linkReturned() = 0;
+        virtual void linkReturned() = 0;                      ///< It is there, at first or again. Not to call the link.
 
         /// The time that one byte may need on the wire. Any thread.
         virtual std::chrono::microseconds byteTime() const = 0;
@@ -47,21 +66,27 @@ public:
     void hurry();
 
     /// Lets a block that is being written and what the kernel still holds go out as long as the
-    /// line takes bytes, then closes. On the reading thread the end comes when
-    /// its handler has returned.
-    void close();
+    /// line takes bytes, then closes. On the reading thread nothing goes out any more, and the end
+    /// comes when its handler has returned. Returns how many bytes the kernel drops, or UnknownUnsent.
+    int close();
 
     bool isRunning() const { return m_isRunning; } ///< Between open() and close().
     bool isConnected() const;                      ///< Running, and its descriptor has not gone away.
 
-    /// Sends all \a size bytes, waiting while the line takes none; blocks of several threads never
-    /// mix. Returns \a size, or -1 when the link is away, goes away, or stands still for too long.
-    int write(const void *data, int size);
+    /// Whether \a connection is still there; asks the descriptor too, so it is as fresh as can be.
+    bool isSame(Connection connection) const;
+
+    int unsentBytes() const; ///< Bytes that the kernel took and holds; 0 when it cannot tell.
+
+    /// Sends all \a size bytes over one connection, waiting while the line takes none; blocks of
+    /// several threads never mix.
+    Written write(const void *data, int size);
 
 private:
     class Session;
 
     std::shared_ptr<Session> session() const;
+    void setSession(const std::shared_ptr<Session> &session);
 
     Owner &m_owner;
     mutable std::mutex m_mutex; ///< Guards m_session, not what it does.
