@@ -304,6 +304,13 @@ void tst_KelGraphic::legendFollowsTheTitles()
     same.graphic(0).name = QStringLiteral("Gamma");
     same.updateLegend();
     QCOMPARE(plot.picture(), same.picture());
+
+    // Narrow, it goes below the tool bar; wide, beside it.
+    for (const int width : {240, 700}) {
+        plot.resize(width, 240);
+        same.resize(width, 240);
+        QCOMPARE(plot.picture(), same.picture());
+    }
 }
 
 void tst_KelGraphic::equalLeftTexts()
