@@ -184,7 +184,7 @@ std::optional<GraphicPoint> GraphicSeries::nearest(double x, double y, double xS
 
 qint64 GraphicSeries::memory() const
 {
-    return static_cast<qint64>(m_entries.size() * (sizeof(Chunk) + sizeof(Entry)));
+    return static_cast<qint64>(m_entries.size()) * static_cast<qint64>(sizeof(Chunk) + sizeof(Entry));
 }
 
 /// Appends \a point whatever the history says.
