@@ -169,11 +169,6 @@ bool PISerial::closeDevice()
 
 int PISerial::writeDevice(const void *data, int size)
 {
-<<<<<<< HEAD
-    if (property("readOnly").toBool())
-        return -1;
-    return size >= 0 && (data || size == 0) ? m_port->link().write(data, size) : -1;
-=======
     if (size < 0 || (!data && size > 0))
         return -1;
     return writeBlock(data, size).fate == Fate::Taken && m_port->link().isConnected() ? size : -1;
@@ -181,6 +176,8 @@ int PISerial::writeDevice(const void *data, int size)
 
 PISerial::Written PISerial::writeBlock(const void *data, int size)
 {
+    if (property("readOnly").toBool())
+        return {Fate::Stuck, 0};
     const StreamLink::Written written = m_port->link().write(data, size);
     switch (written.fate) {
     case StreamLink::Fate::Taken:
@@ -191,7 +188,6 @@ PISerial::Written PISerial::writeBlock(const void *data, int size)
         break;
     }
     return {};
->>>>>>> a997016 (io: no queued block vanishes silently)
 }
 
 bool PISerial::isPortAway() const

@@ -72,7 +72,7 @@ protected:
     /// What became of a block that was written.
     enum class Fate {
         Taken,       ///< The port has all of it; not all need be on the wire.
-        Stuck,       ///< The line stood still for too long; a part may have gone out.
+        Stuck,       ///< The line stood still for too long, a part may have gone out; or it is open to read only.
         Interrupted, ///< The port is or went away, or closes and took nothing: it can be sent again.
     };
 

@@ -96,11 +96,11 @@ std::string openErrorText(int error)
 }
 
 /// A signal may end the opening; that says nothing about the port.
-int openPatiently(const std::string &path)
+int openPatiently(const std::string &path, int access)
 {
     int descriptor = -1;
     do {
-        descriptor = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+        descriptor = ::open(path.c_str(), access | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     } while (descriptor < 0 && errno == EINTR);
     return descriptor;
 }
@@ -109,12 +109,7 @@ int openPatiently(const std::string &path)
 
 int openSerialLine(const std::string &path, bool isReadOnly, std::string &error)
 {
-<<<<<<< HEAD
-    const int access = isReadOnly ? O_RDONLY : O_RDWR;
-    const int descriptor = ::open(path.c_str(), access | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-=======
-    const int descriptor = openPatiently(path);
->>>>>>> a997016 (io: no queued block vanishes silently)
+    const int descriptor = openPatiently(path, isReadOnly ? O_RDONLY : O_RDWR);
     if (descriptor < 0) {
         error = openErrorText(errno);
         return -1;
