@@ -25,6 +25,7 @@ GraphicLegendEntry::GraphicLegendEntry(QWidget *parent)
     setCheckable(true);
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusPolicy(Qt::TabFocus);
+    setAttribute(Qt::WA_Hover); // painted anew when the pointer comes and goes
 }
 
 void GraphicLegendEntry::setRow(const GraphicLegendRow &row)
@@ -88,18 +89,6 @@ void GraphicLegendEntry::paintEvent(QPaintEvent *)
         option.initFrom(this);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
     }
-}
-
-void GraphicLegendEntry::enterEvent(QEvent *event)
-{
-    QAbstractButton::enterEvent(event);
-    update();
-}
-
-void GraphicLegendEntry::leaveEvent(QEvent *event)
-{
-    QAbstractButton::leaveEvent(event);
-    update();
 }
 
 GraphicLegend::GraphicLegend(QWidget *parent)
