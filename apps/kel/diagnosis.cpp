@@ -7,22 +7,22 @@
 namespace
 {
 
-Finding good(const QString &text)
+Diagnosis good(const QString &text)
 {
-    return {Finding::State::Good, text, QString()};
+    return {Diagnosis::State::Good, text, QString()};
 }
 
-Finding note(const QString &text, const QString &mend)
+Diagnosis note(const QString &text, const QString &mend)
 {
-    return {Finding::State::Note, text, mend};
+    return {Diagnosis::State::Note, text, mend};
 }
 
-Finding broken(const QString &text, const QString &mend)
+Diagnosis broken(const QString &text, const QString &mend)
 {
-    return {Finding::State::Broken, text, mend};
+    return {Diagnosis::State::Broken, text, mend};
 }
 
-Finding judgeQt(const MachineFacts &facts)
+Diagnosis judgeQt(const MachineFacts &facts)
 {
     const auto built = QVersionNumber::fromString(facts.builtQt);
     const auto running = QVersionNumber::fromString(facts.runningQt);
@@ -32,7 +32,7 @@ Finding judgeQt(const MachineFacts &facts)
     return good(QStringLiteral("Qt %1 (built with %2)").arg(facts.runningQt, facts.builtQt));
 }
 
-Finding judgePluginPlace(const MachineFacts &facts)
+Diagnosis judgePluginPlace(const MachineFacts &facts)
 {
     const QString folders = facts.pluginFolders.join(QStringLiteral(", "));
     if (facts.pluginElsewhere.isEmpty())
@@ -45,7 +45,7 @@ Finding judgePluginPlace(const MachineFacts &facts)
                   QStringLiteral("export QT_PLUGIN_PATH=%1").arg(root));
 }
 
-Finding judgePlugin(const MachineFacts &facts)
+Diagnosis judgePlugin(const MachineFacts &facts)
 {
     if (facts.pluginPath.isEmpty())
         return judgePluginPlace(facts);
@@ -60,7 +60,7 @@ Finding judgePlugin(const MachineFacts &facts)
     return good(QStringLiteral("Qt Designer plugin %1").arg(facts.pluginPath));
 }
 
-Finding judgeDesigner(const MachineFacts &facts)
+Diagnosis judgeDesigner(const MachineFacts &facts)
 {
     if (facts.designerProgram.isEmpty())
         return note(QStringLiteral("Qt Designer is not installed"),
@@ -68,7 +68,7 @@ Finding judgeDesigner(const MachineFacts &facts)
     return good(QStringLiteral("Qt Designer %1").arg(facts.designerProgram));
 }
 
-Finding judgeSql(const MachineFacts &facts)
+Diagnosis judgeSql(const MachineFacts &facts)
 {
     if (!facts.hasSqlDriver)
         return broken(QStringLiteral("Qt has no SQLite driver, so no catalogue opens"),
@@ -79,7 +79,7 @@ Finding judgeSql(const MachineFacts &facts)
     return good(QStringLiteral("SQLite driver"));
 }
 
-Finding judgeDisplay(const MachineFacts &facts)
+Diagnosis judgeDisplay(const MachineFacts &facts)
 {
     if (!facts.isDisplayNamed)
         return broken(QStringLiteral("no display: neither DISPLAY nor WAYLAND_DISPLAY nor QT_QPA_PLATFORM is set"),
@@ -95,7 +95,7 @@ Finding judgeDisplay(const MachineFacts &facts)
     return good(QStringLiteral("display (%1)").arg(facts.platform));
 }
 
-Finding judgeFonts(const MachineFacts &facts)
+Diagnosis judgeFonts(const MachineFacts &facts)
 {
     if (facts.fontFamilies < 0)
         return broken(QStringLiteral("Qt does not start, so fonts could not be counted: %1").arg(facts.displayError),
@@ -107,7 +107,7 @@ Finding judgeFonts(const MachineFacts &facts)
 }
 
 /// What to say of device files of one group that may not be used.
-Finding judgeAccess(const QVector<DeviceFile> &files, const QString &what)
+Diagnosis judgeAccess(const QVector<DeviceFile> &files, const QString &what)
 {
     QStringList paths;
     for (const DeviceFile &file : files)
@@ -120,7 +120,7 @@ Finding judgeAccess(const QVector<DeviceFile> &files, const QString &what)
                       : QStringLiteral("sudo usermod -aG %1 $USER, then log out and in again").arg(first.group));
 }
 
-QVector<Finding> judgePorts(const MachineFacts &facts)
+QVector<Diagnosis> judgePorts(const MachineFacts &facts)
 {
     if (facts.ports.isEmpty())
         return {note(QStringLiteral("no serial port"),
@@ -133,7 +133,7 @@ QVector<Finding> judgePorts(const MachineFacts &facts)
         else
             closed[port.group] << port;
     }
-    QVector<Finding> findings;
+    QVector<Diagnosis> findings;
     if (!usable.isEmpty())
         findings << good(QStringLiteral("serial ports %1").arg(usable.join(QStringLiteral(", "))));
     for (const QVector<DeviceFile> &ports : qAsConst(closed))
@@ -141,7 +141,7 @@ QVector<Finding> judgePorts(const MachineFacts &facts)
     return findings;
 }
 
-Finding judgeGpio(const MachineFacts &facts)
+Diagnosis judgeGpio(const MachineFacts &facts)
 {
     if (facts.gpio.isEmpty() && facts.isGpioConfigured)
         return broken(QStringLiteral("there is no GPIO chip %1, which KEL_GPIO_CHIP names").arg(facts.gpioChip),
@@ -154,7 +154,7 @@ Finding judgeGpio(const MachineFacts &facts)
     return good(QStringLiteral("GPIO chip %1").arg(facts.gpio.first().path));
 }
 
-Finding judgeCatalogue(const MachineFacts &facts)
+Diagnosis judgeCatalogue(const MachineFacts &facts)
 {
     if (!facts.catalogueError.isEmpty())
         return broken(facts.catalogueError, QStringLiteral("name a catalogue that was made for these devices, and "
@@ -167,9 +167,9 @@ Finding judgeCatalogue(const MachineFacts &facts)
 
 } // namespace
 
-QVector<Finding> diagnose(const MachineFacts &facts)
+QVector<Diagnosis> diagnose(const MachineFacts &facts)
 {
-    QVector<Finding> findings{judgeQt(facts)};
+    QVector<Diagnosis> findings{judgeQt(facts)};
     if (facts.isForDesigner)
         findings << judgeDesigner(facts) << judgePlugin(facts);
     findings << judgeSql(facts) << judgeDisplay(facts) << judgeFonts(facts);

@@ -46,7 +46,7 @@ struct MachineFacts {
 };
 
 /// One line of the report.
-struct Finding {
+struct Diagnosis {
     enum class State { Good, Note, Broken };
     State state = State::Good;
     QString text;
@@ -55,4 +55,4 @@ struct Finding {
 
 /// Judges \a facts: first what concerns the library, then what surrounds it. Everything broken has a mend;
 /// what is not there and may not be needed is a note.
-QVector<Finding> diagnose(const MachineFacts &facts);
+QVector<Diagnosis> diagnose(const MachineFacts &facts);

@@ -18,20 +18,20 @@ struct DoctorOptions {
     bool isProbe = false;
 };
 
-const char *wordOf(Finding::State state)
+const char *wordOf(Diagnosis::State state)
 {
     switch (state) {
-    case Finding::State::Good:
+    case Diagnosis::State::Good:
         return "ok";
-    case Finding::State::Note:
+    case Diagnosis::State::Note:
         return "note";
-    case Finding::State::Broken:
+    case Diagnosis::State::Broken:
         break;
     }
     return "BROKEN";
 }
 
-void print(const Finding &finding)
+void print(const Diagnosis &finding)
 {
     constexpr const char *Line = "%-7s %s\n";
     std::printf(Line, wordOf(finding.state), qPrintable(finding.text));
@@ -54,9 +54,9 @@ int examine(Program &program, const DoctorOptions &options)
         questions.catalogue = qEnvironmentVariable("KEL_CATALOGUE"); // which the Designer plugin opens
 
     int broken = 0;
-    for (const Finding &finding : diagnose(lookAround(questions))) {
+    for (const Diagnosis &finding : diagnose(lookAround(questions))) {
         print(finding);
-        broken += finding.state == Finding::State::Broken ? 1 : 0;
+        broken += finding.state == Diagnosis::State::Broken ? 1 : 0;
     }
     std::printf("%s\n", broken == 0   ? "Nothing is broken."
                         : broken == 1 ? "One thing is broken."

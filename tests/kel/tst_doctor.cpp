@@ -49,19 +49,19 @@ MachineFacts healthy()
     return facts;
 }
 
-QString wordOf(Finding::State state)
+QString wordOf(Diagnosis::State state)
 {
-    return state == Finding::State::Good   ? QStringLiteral("ok")
-           : state == Finding::State::Note ? QStringLiteral("note")
-                                           : QStringLiteral("broken");
+    return state == Diagnosis::State::Good   ? QStringLiteral("ok")
+           : state == Diagnosis::State::Note ? QStringLiteral("note")
+                                             : QStringLiteral("broken");
 }
 
 /// What is not good, one "state: text -> mend" each.
 QStringList troubles(const MachineFacts &facts)
 {
     QStringList lines;
-    for (const Finding &finding : diagnose(facts)) {
-        if (finding.state != Finding::State::Good)
+    for (const Diagnosis &finding : diagnose(facts)) {
+        if (finding.state != Diagnosis::State::Good)
             lines << QStringLiteral("%1: %2 -> %3").arg(wordOf(finding.state), finding.text, finding.mend);
     }
     return lines;
@@ -239,9 +239,9 @@ void tst_Doctor::everythingBrokenHasAMend()
     MachineFacts nothing;
     nothing.cataloguePath = QStringLiteral("x");
     int broken = 0;
-    for (const Finding &finding : diagnose(nothing)) {
-        QVERIFY2(finding.state == Finding::State::Good || !finding.mend.isEmpty(), qPrintable(finding.text));
-        broken += finding.state == Finding::State::Broken ? 1 : 0;
+    for (const Diagnosis &finding : diagnose(nothing)) {
+        QVERIFY2(finding.state == Diagnosis::State::Good || !finding.mend.isEmpty(), qPrintable(finding.text));
+        broken += finding.state == Diagnosis::State::Broken ? 1 : 0;
     }
     QVERIFY(broken >= 5);
 }

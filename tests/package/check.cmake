@@ -19,3 +19,10 @@ run(${CMAKE_COMMAND} -G Ninja -S ${OUTSIDE_DIR} -B ${WORK_DIR}/build -DCMAKE_CXX
 run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
 run(${WORK_DIR}/build/outside)
 run(${WORK_DIR}/prefix/bin/kel --help)
+
+# The Designer plugin, in its own folder below the prefix, finds the libraries there.
+execute_process(COMMAND ${WORK_DIR}/prefix/bin/kel doctor --plugins ${WORK_DIR}/prefix/${PLUGIN_DIR}
+    OUTPUT_VARIABLE report)
+if(NOT report MATCHES "ok +Qt Designer plugin ${WORK_DIR}/prefix/")
+    message(FATAL_ERROR "the installed Designer plugin does not load\n${report}")
+endif()
