@@ -174,6 +174,9 @@ void tst_CatalogSource::mistakeInTheTextItselfIsTold_data()
         << QByteArray("vendors = [{id = 1, id = 1}]") << QStringLiteral("1:");
     QTest::newRow("database") << QByteArray("SQLite format 3\0\x10\0\x02", 19) << QStringLiteral("1:8: ");
     QTest::newRow("no UTF-8") << QByteArray("a = \"\xff\"") << QStringLiteral("1:");
+    QTest::newRow("no name in brackets") << QByteArray("a = 1\n[{x}]") << QStringLiteral("2:2: ");
+    QTest::newRow("no name in two brackets") << QByteArray("[[=]]") << QStringLiteral("1:3: ");
+    QTest::newRow("brackets and nothing") << QByteArray("[") << QStringLiteral("1:");
     QTest::newRow("zero bytes") << QByteArray("\0\0", 2) << QStringLiteral("1:1: ");
     QTest::newRow("lists in lists") << "a = " + QByteArray("[").repeated(100000) << QStringLiteral("1:");
     QTest::newRow("tables in lists") << "a = " + QByteArray("[{b=").repeated(100000) << QStringLiteral("1:");
