@@ -2,65 +2,28 @@
 // loop on SQLite itself that make the same strings.
 
 #include "comparison.h"
+#include "hugecatalogue.h"
+#include "subjects.h"
 
-#include <QCoreApplication>
-#include <QSqlError>
 #include <QSqlQuery>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QVariant>
 #include <kvcommands.h>
 
 #include <sqlite3.h>
 
-#include <cstdio>
-#include <cstdlib>
+#include <memory>
 
 namespace
 {
 
-constexpr int Objects = 100;
-constexpr int PacketsPerObject = 100;
-constexpr int Packets = Objects * PacketsPerObject;
-
-void require(bool holds, const char *what)
-{
-    if (!holds) {
-        std::fprintf(stderr, "bench_catalogue: %s\n", what);
-        std::exit(1);
-    }
-}
-
-void run(const QString &statement)
-{
-    QSqlQuery query(statement);
-    require(!query.lastError().isValid(), qPrintable(query.lastError().text()));
-}
-
-void makeCatalogue(const QString &path)
-{
-    QSqlDatabase connection = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-    connection.setDatabaseName(path);
-    require(connection.open(), "no database");
-    run(QStringLiteral(
-        "CREATE TABLE devices (id INTEGER PRIMARY KEY, name TEXT, vname TEXT, gname TEXT, \"desc\" TEXT)"));
-    run(QStringLiteral("CREATE TABLE properties (object_id INTEGER, device_id INTEGER, name TEXT, value TEXT)"));
-    run(QStringLiteral("CREATE TABLE packets (id INTEGER PRIMARY KEY, name TEXT, args_count INTEGER, flags INTEGER, "
-                       "command TEXT, \"desc\" TEXT, object_id INTEGER)"));
-    run(QStringLiteral("INSERT INTO devices VALUES (1,'Relay','Acme','Power','Two relays')"));
-    run(QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<%1) INSERT INTO "
-                       "properties SELECT i,1,'name','object '||i FROM n")
-            .arg(Objects));
-    run(QStringLiteral("WITH RECURSIVE n(i) AS (SELECT 0 UNION ALL SELECT i+1 FROM n WHERE i<%1) INSERT INTO packets "
-                       "SELECT i,'packet '||i,1,i%4,'AA %(word~)[speed]0 . \"Hi\" '||i,'Sets the speed of motor '||i,"
-                       "i/%2+1 FROM n")
-            .arg(Packets - 1)
-            .arg(PacketsPerObject));
-}
+using Packet = KvCommands::PacketInfo;
 
 /// The same cells through the driver, kept in one flat list.
-void readWithDriver()
+QList<Packet> readWithDriver()
 {
-    QList<KvCommands::PacketInfo> packets;
+    QList<Packet> packets;
     QSqlQuery query;
     query.setForwardOnly(true);
     query.exec(QStringLiteral("SELECT object_id,id,name,args_count,flags,command,desc FROM packets"));
@@ -68,7 +31,7 @@ void readWithDriver()
         packets.append({query.value(1).toInt(), query.value(4).toInt(), query.value(2).toString(),
                         query.value(5).toString(), query.value(6).toString()});
     }
-    require(packets.size() == Packets, "the driver's loop lost packets");
+    return packets;
 }
 
 QString text(sqlite3_stmt *statement, int column)
@@ -78,9 +41,9 @@ QString text(sqlite3_stmt *statement, int column)
 }
 
 /// The same cells from SQLite itself, kept in one flat list.
-void readBare(sqlite3 *connection)
+QList<Packet> readBare(sqlite3 *connection)
 {
-    QList<KvCommands::PacketInfo> packets;
+    QList<Packet> packets;
     sqlite3_stmt *statement = nullptr;
     sqlite3_prepare_v2(connection, "SELECT object_id,id,name,args_count,flags,command,desc FROM packets", -1,
                        &statement, nullptr);
@@ -89,35 +52,69 @@ void readBare(sqlite3 *connection)
                         text(statement, 5), text(statement, 6)});
     }
     sqlite3_finalize(statement);
-    require(packets.size() == Packets, "the bare loop lost packets");
+    return packets;
 }
 
-void readAsCatalogue(KvCommands &catalogue)
+/// All cells of \a packets by number, whatever their order was.
+std::string inWords(const QList<Packet> &packets)
 {
-    catalogue.read();
-    require(catalogue.packets.size() == Objects, "the catalogue lost objects");
-    require(catalogue.packets.value(QStringLiteral("object 7")).size() == PacketsPerObject,
-            "the catalogue lost packets");
+    QMap<int, QString> lines;
+    for (const Packet &packet : packets)
+        lines[packet.id] =
+            QStringLiteral("%1 %2 %3 %4").arg(QString::number(packet.flags), packet.name, packet.command, packet.desc);
+    require(packets.size() == HugeCataloguePackets && lines.size() == HugeCataloguePackets,
+            "a loop over the catalogue lost packets");
+    return QStringList(lines.values()).join(QLatin1Char('\n')).toStdString();
 }
+
+/// A catalogue that is open in all three ways.
+class OpenCatalogue
+{
+public:
+    OpenCatalogue()
+        : m_path(m_folder.filePath(QStringLiteral("cat.sqlite")))
+    {
+        makeHugeCatalogue(m_path);
+        m_catalogue.setDatabase(m_path);
+        require(sqlite3_open(m_path.toUtf8().constData(), &m_bare) == SQLITE_OK, "no second connection");
+    }
+    ~OpenCatalogue()
+    {
+        sqlite3_close(m_bare);
+        m_catalogue.closeDatabase();
+    }
+    OpenCatalogue(const OpenCatalogue &) = delete;
+    OpenCatalogue &operator=(const OpenCatalogue &) = delete;
+
+    KvCommands &catalogue() { return m_catalogue; }
+    sqlite3 *bare() const { return m_bare; }
+
+    QList<Packet> allPackets() const
+    {
+        QList<Packet> all;
+        for (const QList<Packet> &ofObject : m_catalogue.packets)
+            all += ofObject;
+        return all;
+    }
+
+private:
+    QTemporaryDir m_folder;
+    QString m_path;
+    KvCommands m_catalogue{QString()};
+    sqlite3 *m_bare = nullptr;
+};
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchCatalogue()
 {
-    const QCoreApplication app(argc, argv);
-    const QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("cat.sqlite"));
-    makeCatalogue(path);
-
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {}); // a line for each reading
-    KvCommands catalogue(path);
-    sqlite3 *bare = nullptr;
-    require(sqlite3_open(path.toUtf8().constData(), &bare) == SQLITE_OK, "no second connection");
-
-    const Contender ours{"KvCommands::read", [&] { readAsCatalogue(catalogue); }};
-    compare("10,000 packets", ours, {"loop over QSqlQuery", readWithDriver});
-    compare("10,000 packets", ours, {"loop over sqlite3", [bare] { readBare(bare); }});
-    const int status = runComparisons(argc, argv);
-    sqlite3_close(bare);
-    return status;
+    const auto open = std::make_shared<OpenCatalogue>();
+    const Contender ours{"KvCommands::read", [open] { open->catalogue().read(); }, 1,
+                         [open] { return inWords(open->allPackets()); }};
+    const Contender driver{"loop over QSqlQuery", [] { readWithDriver(); }, 1,
+                           [] { return inWords(readWithDriver()); }};
+    const Contender bare{"loop over sqlite3", [open] { readBare(open->bare()); }, 1,
+                         [open] { return inWords(readBare(open->bare())); }};
+    compare("10,000 packets", ours, driver, 1.1);
+    compare("10,000 packets", ours, bare);
 }

@@ -6,6 +6,7 @@
 // one, so that nobody profits from the frame before. A face is as large as the clock beside it. The rows
 // named "both faces" give our widget and its peer the same size, so ours paints twice as much.
 #include "comparison.h"
+#include "subjects.h"
 
 #include <kelclock.h>
 
@@ -15,11 +16,9 @@
 #include <QTime>
 #include <qwt_analog_clock.h>
 
-#include <cstdio>
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace
 {
@@ -27,17 +26,11 @@ namespace
 constexpr int FramesPerRun = 24;
 constexpr double Goal = 0.25;
 
-std::vector<std::unique_ptr<QWidget>> &widgets()
-{
-    static std::vector<std::unique_ptr<QWidget>> all;
-    return all;
-}
-
-/// Shows \a widget at \a size; it lives as long as the application.
+/// Shows \a widget at \a size; it lives as long as the subject.
 template <typename Widget>
 Widget &shown(Widget *widget, const QSize &size)
 {
-    widgets().emplace_back(widget);
+    keep(widget);
     widget->setFixedSize(size);
     widget->show();
     QApplication::processEvents();
@@ -48,13 +41,15 @@ Widget &shown(Widget *widget, const QSize &size)
 template <typename Change>
 Contender frames(const std::string &name, QWidget &widget, Change change)
 {
-    return {name, [&widget, change] {
+    return {name,
+            [&widget, change] {
                 for (int frame = 0; frame < FramesPerRun; ++frame) {
                     change(frame);
                     QEvent request(QEvent::UpdateRequest); // as the screen's next refresh
                     QApplication::sendEvent(&widget, &request);
                 }
-            }};
+            },
+            FramesPerRun};
 }
 
 template <typename Change>
@@ -62,12 +57,14 @@ Contender wholeFrames(const std::string &name, QWidget &widget, Change change)
 {
     const auto canvas = std::make_shared<QImage>(widget.size(), QImage::Format_ARGB32_Premultiplied);
     canvas->fill(Qt::white);
-    return {name, [canvas, &widget, change] {
+    return {name,
+            [canvas, &widget, change] {
                 for (int frame = 0; frame < FramesPerRun; ++frame) {
                     change(frame);
                     widget.render(canvas.get(), QPoint(), QRegion(), QWidget::DrawChildren);
                 }
-            }};
+            },
+            FramesPerRun};
 }
 
 /// Times all over the day, the same for everybody.
@@ -132,17 +129,10 @@ void compareClocks(int side)
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchClock()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
-    const QApplication application(argc, argv);
-
     for (const int side : {120, 200, 400})
         compareFaces(side);
     for (const int side : {120, 300})
         compareClocks(side);
-    std::printf("Nanoseconds for %d frames.\n", FramesPerRun);
-    const int status = runComparisons(argc, argv);
-    widgets().clear();
-    return status;
 }

@@ -1,6 +1,7 @@
 // Encoding and matching a frame of twelve bytes, beside what one would write by hand or take from a
 // library. All contenders begin with the same QVariants and end with them.
 #include "comparison.h"
+#include "subjects.h"
 
 #include "frame.pb.h"
 
@@ -8,9 +9,6 @@
 
 #include <QDataStream>
 #include <QtEndian>
-
-#include <cstdio>
-#include <cstdlib>
 
 namespace
 {
@@ -123,14 +121,6 @@ struct ByProtobuf {
     }
 };
 
-void require(bool holds, const char *what)
-{
-    if (holds)
-        return;
-    std::fprintf(stderr, "bench_codec: %s\n", what);
-    std::exit(1);
-}
-
 /// One contender in both directions. Each keeps its buffers from frame to frame.
 template <typename Encode, typename Match>
 class Road
@@ -157,21 +147,25 @@ public:
 
     Contender encoding()
     {
-        return {m_name, [this] {
+        return {m_name,
+                [this] {
                     for (int i = 0; i < Loops; ++i)
                         m_isGood &= m_encode(Given, m_bytes);
-                }};
+                    require(m_isGood, m_name);
+                },
+                Loops};
     }
 
     Contender matching()
     {
-        return {m_name, [this] {
+        return {m_name,
+                [this] {
                     for (int i = 0; i < Loops; ++i)
                         m_isGood &= m_match(m_bytes, m_values);
-                }};
+                    require(m_isGood, m_name);
+                },
+                Loops};
     }
-
-    ~Road() { require(m_isGood, m_name); }
 
 private:
     const char *m_name;
@@ -184,27 +178,27 @@ private:
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchCodec()
 {
-    const CommandTemplate compiled = CommandTemplate::fromText(Text);
-    const QVector<CommandArgument> entries = packetArgumentsFromText(Text);
-    ByProtobuf protobuf;
+    static const CommandTemplate compiled = CommandTemplate::fromText(Text);
+    static const QVector<CommandArgument> entries = packetArgumentsFromText(Text);
+    static ByProtobuf protobuf;
 
-    Road byTemplate(
-        "CommandTemplate", [&](const Values &values, QByteArray &out) { return compiled.encode(values, out); },
-        [&](const QByteArray &data, Values &values) { return compiled.match(data, values); });
-    Road byFunctions(
+    static Road byTemplate(
+        "CommandTemplate", [](const Values &values, QByteArray &out) { return compiled.encode(values, out); },
+        [](const QByteArray &data, Values &values) { return compiled.match(data, values); });
+    static Road byFunctions(
         "prepare/parseCommand",
-        [&](const Values &values, QByteArray &out) {
+        [](const Values &values, QByteArray &out) {
             out = prepareCommand(entries, values);
             return !out.isEmpty();
         },
-        [&](const QByteArray &data, Values &values) { return parseCommand(data, entries, values); });
-    Road byHand("by hand", &ByHand::encode, &ByHand::match);
-    Road byDataStream("QDataStream", &ByDataStream::encode, &ByDataStream::match);
-    Road byProtobuf(
-        "protobuf", [&](const Values &values, QByteArray &out) { return protobuf.encode(values, out); },
-        [&](const QByteArray &data, Values &values) { return protobuf.match(data, values); });
+        [](const QByteArray &data, Values &values) { return parseCommand(data, entries, values); });
+    static Road byHand("by hand", &ByHand::encode, &ByHand::match);
+    static Road byDataStream("QDataStream", &ByDataStream::encode, &ByDataStream::match);
+    static Road byProtobuf(
+        "protobuf", [](const Values &values, QByteArray &out) { return protobuf.encode(values, out); },
+        [](const QByteArray &data, Values &values) { return protobuf.match(data, values); });
 
     const QByteArray frame = QByteArray::fromHex("aa55123412345678fb000d0a");
     byTemplate.check(frame);
@@ -213,17 +207,16 @@ int main(int argc, char **argv)
     byDataStream.check(frame);
     byProtobuf.check(QByteArray());
 
-    compare("encode 1000 frames", byTemplate.encoding(), byHand.encoding(), 2.0);
-    compare("encode 1000 frames", byTemplate.encoding(), byDataStream.encoding(), 0.1);
-    compare("encode 1000 frames", byTemplate.encoding(), byProtobuf.encoding());
-    compare("encode 1000 frames", byFunctions.encoding(), byHand.encoding());
-    compare("encode 1000 frames", byFunctions.encoding(), byDataStream.encoding(), 1.0 / 3);
-    compare("encode 1000 frames", byFunctions.encoding(), byProtobuf.encoding());
-    compare("match 1000 frames", byTemplate.matching(), byHand.matching(), 3.0);
-    compare("match 1000 frames", byTemplate.matching(), byDataStream.matching(), 0.1);
-    compare("match 1000 frames", byTemplate.matching(), byProtobuf.matching());
-    compare("match 1000 frames", byFunctions.matching(), byHand.matching());
-    compare("match 1000 frames", byFunctions.matching(), byDataStream.matching());
-    compare("match 1000 frames", byFunctions.matching(), byProtobuf.matching());
-    return runComparisons(argc, argv);
+    compare("encode a frame", byTemplate.encoding(), byHand.encoding(), 2.0);
+    compare("encode a frame", byTemplate.encoding(), byDataStream.encoding(), 0.1);
+    compare("encode a frame", byTemplate.encoding(), byProtobuf.encoding());
+    compare("encode a frame", byFunctions.encoding(), byHand.encoding());
+    compare("encode a frame", byFunctions.encoding(), byDataStream.encoding(), 1.0 / 3);
+    compare("encode a frame", byFunctions.encoding(), byProtobuf.encoding());
+    compare("match a frame", byTemplate.matching(), byHand.matching(), 3.0);
+    compare("match a frame", byTemplate.matching(), byDataStream.matching(), 0.1);
+    compare("match a frame", byTemplate.matching(), byProtobuf.matching());
+    compare("match a frame", byFunctions.matching(), byHand.matching());
+    compare("match a frame", byFunctions.matching(), byDataStream.matching());
+    compare("match a frame", byFunctions.matching(), byProtobuf.matching());
 }

@@ -8,6 +8,7 @@
 // that are plain drawPixmap calls stand in the paint event of an otherwise empty widget. What our
 // slider bar does not have (a scale) its peer paints only in a row that says so.
 #include "comparison.h"
+#include "subjects.h"
 
 #include <kelbutton.h>
 #include <kellight.h>
@@ -26,7 +27,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -51,17 +51,11 @@ QImage canvasFor(const QSize &size)
     return canvas;
 }
 
-std::vector<std::unique_ptr<QWidget>> &widgets()
-{
-    static std::vector<std::unique_ptr<QWidget>> all;
-    return all;
-}
-
-/// Shows \a widget at \a size; it lives as long as the application.
+/// Shows \a widget at \a size; it lives as long as the subject.
 template <typename Widget>
 Widget &shown(Widget *widget, const QSize &size)
 {
-    widgets().emplace_back(widget);
+    keep(widget);
     widget->setFixedSize(size);
     widget->show();
     widget->setUpdatesEnabled(false);
@@ -73,12 +67,14 @@ template <typename Change>
 Contender frames(const std::string &name, QWidget &widget, Change change)
 {
     const auto canvas = std::make_shared<QImage>(canvasFor(widget.size()));
-    return {name, [canvas, &widget, change] {
+    return {name,
+            [canvas, &widget, change] {
                 for (int frame = 0; frame < FramesPerRun; ++frame) {
                     change(frame);
                     paint(widget, *canvas);
                 }
-            }};
+            },
+            FramesPerRun};
 }
 
 Contender sameFrames(const std::string &name, QWidget &widget)
@@ -291,11 +287,8 @@ void compareButton()
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchPaint()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
-    QApplication application(argc, argv);
-
     compareBars();
     for (const int side : {120, 240})
         compareSteadyLight(side);
@@ -304,8 +297,4 @@ int main(int argc, char **argv)
     compareSwitch();
     compareButton();
     QApplication::processEvents();
-    std::printf("Nanoseconds for %d frames.\n", FramesPerRun);
-    const int status = runComparisons(argc, argv);
-    widgets().clear();
-    return status;
 }

@@ -1,10 +1,14 @@
-// How late the pin of a line driver is released: the queued port beside a plain loop that sleeps.
+// How late the pin of a line driver is released: the queued port beside a plain loop that writes, sleeps
+// for the time that the frame needs, and releases, as libraries for field buses do it without a delay of
+// their own. The frames take turns, so that both meet the same machine.
+#include "comparison.h"
+#include "subjects.h"
+
 #include <gserial.h>
 #include <pigpio.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -20,7 +24,8 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int DefaultFrames = 10000;
+constexpr int UsualFrames = 10000;
+constexpr int LongFrames = 100000;
 constexpr int Speed = 9600;
 constexpr char Frame[] = {0x01, 0x03, 0x7F};
 constexpr long long HoldUs = 10LL * sizeof(Frame) * 1000000 / Speed;
@@ -68,10 +73,8 @@ struct Line {
     void expectFrame() const
     {
         char got[sizeof(Frame)];
-        if (::read(master, got, sizeof got) != ssize_t(sizeof got) || std::memcmp(got, Frame, sizeof got) != 0) {
-            std::fprintf(stderr, "bench_pin: a frame did not arrive\n");
-            std::exit(EXIT_FAILURE);
-        }
+        require(::read(master, got, sizeof got) == ssize_t(sizeof got) && std::memcmp(got, Frame, sizeof got) == 0,
+                "a frame did not arrive");
     }
 };
 
@@ -86,32 +89,37 @@ void sendPlainly(int descriptor)
     PIGPIO::pinSet(1, false);
 }
 
-double percentile(std::vector<double> &sorted, double part)
+double percentile(const std::vector<double> &sorted, double part)
 {
     return sorted[std::min(sorted.size() - 1, size_t(double(sorted.size()) * part))];
 }
 
-void printRow(const char *name, std::vector<double> &lateness)
-{
-    std::sort(lateness.begin(), lateness.end());
-    std::printf("%-22s %10.1f %10.1f %10.1f %10.1f\n", name, lateness.front(), percentile(lateness, 0.5),
-                percentile(lateness, 0.99), lateness.back());
-}
+/// How late each frame was released, in microseconds and in order of size.
+struct Lateness {
+    std::vector<double> queued;
+    std::vector<double> plain;
+};
 
-int frameCount(int argc, char **argv)
+Lateness sendFrames(int frames, PIGSerial &port, const Line &portLine, int plain, const Line &plainLine,
+                    const TimedPin &pin)
 {
-    for (int i = 1; i + 1 < argc; ++i) {
-        if (std::strcmp(argv[i], "--frames") == 0)
-            return std::max(1, std::atoi(argv[i + 1]));
+    Lateness lateness;
+    const PIByteArray block(Frame, sizeof Frame);
+    for (int i = 0; i < frames; ++i) {
+        port._write(block);
+        lateness.queued.push_back(pin.latenessUs());
+        portLine.expectFrame();
+        sendPlainly(plain);
+        lateness.plain.push_back(pin.latenessUs());
+        plainLine.expectFrame();
     }
-    return DefaultFrames;
+    std::sort(lateness.queued.begin(), lateness.queued.end());
+    std::sort(lateness.plain.begin(), lateness.plain.end());
+    return lateness;
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+Lateness measureLateness(int frames)
 {
-    const int frames = frameCount(argc, argv);
     auto backend = std::make_unique<TimedPin>();
     const TimedPin &pin = *backend;
     PIGPIO::setBackend(std::move(backend));
@@ -121,26 +129,27 @@ int main(int argc, char **argv)
     queued.configureFromFullPathDevice(PIString("18:0:1:") + queuedLine.path + ":" + PIString::fromNumber(Speed));
     const Line plainLine;
     const int plain = ::open(plainLine.path.c_str(), O_RDWR | O_NOCTTY);
-    if (!queued.open() || plain < 0)
-        return EXIT_FAILURE;
-
-    std::vector<double> queuedLateness;
-    std::vector<double> plainLateness;
-    const PIByteArray block(Frame, sizeof Frame);
-    for (int i = 0; i < frames; ++i) {
-        queued._write(block);
-        queuedLateness.push_back(pin.latenessUs());
-        queuedLine.expectFrame();
-        sendPlainly(plain);
-        plainLateness.push_back(pin.latenessUs());
-        plainLine.expectFrame();
-    }
-
-    std::printf("Lateness of the pin's release, microseconds: %d frames of %zu bytes at %d baud\n", frames,
-                sizeof Frame, Speed);
-    std::printf("%-22s %10s %10s %10s %10s\n", "", "least", "p50", "p99", "most");
-    printRow("PIGSerial", queuedLateness);
-    printRow("write and nanosleep", plainLateness);
+    require(queued.open() && plain >= 0, "a pseudo terminal does not open");
+    Lateness lateness = sendFrames(frames, queued, queuedLine, plain, plainLine, pin);
     ::close(plain);
-    return queuedLateness.front() < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+    return lateness;
+}
+
+} // namespace
+
+void benchPin()
+{
+    constexpr double NsPerUs = 1000.0;
+    const int frames = benchmarkOptions().isLong ? LongFrames : UsualFrames;
+    const Lateness lateness = measureLateness(frames);
+    const auto row = [&](const std::string &name, double part, std::optional<double> goal) {
+        report({"pin late, " + name + " of " + std::to_string(frames), "PIGSerial",
+                percentile(lateness.queued, part) * NsPerUs, "write and nanosleep",
+                percentile(lateness.plain, part) * NsPerUs, goal});
+    };
+    row("least", 0.0, std::nullopt);
+    row("p50", 0.5, 0.2);
+    row("p99", 0.99, 0.5);
+    row("most", 1.0, std::nullopt);
+    require(lateness.queued.front() >= 0, "the pin of a queued port was released early");
 }

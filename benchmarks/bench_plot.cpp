@@ -6,6 +6,7 @@
 // peer plain ones. A tick brings 100 new points to ours; its peer only replots, as the cost of appending
 // is nothing beside that.
 #include "comparison.h"
+#include "subjects.h"
 
 #include <graphic.h>
 
@@ -16,7 +17,6 @@
 
 #include <cmath>
 #include <cstdio>
-#include <memory>
 #include <random>
 #include <vector>
 
@@ -25,12 +25,6 @@ namespace
 
 constexpr QSize CanvasSize(800, 400);
 constexpr int TickPoints = 100;
-
-std::vector<std::unique_ptr<QWidget>> &widgets()
-{
-    static std::vector<std::unique_ptr<QWidget>> all;
-    return all;
-}
 
 /// \a count points from x = 0 to 1: a wave with noise.
 QVector<QPointF> samples(int count)
@@ -46,11 +40,11 @@ QVector<QPointF> samples(int count)
     return points;
 }
 
-/// Shows \a widget, which lives as long as the application, with a canvas of the same size for everybody.
+/// Shows \a widget, which lives as long as the subject, with a canvas of the same size for everybody.
 template <typename Plot>
 Plot &shown(Plot *plot)
 {
-    widgets().emplace_back(plot);
+    keep(plot);
     plot->resize(CanvasSize + QSize(100, 100));
     plot->show();
     QApplication::processEvents();
@@ -128,16 +122,9 @@ void compareCount(const std::string &count, int points, std::optional<double> go
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchPlot()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
-    QApplication application(argc, argv);
-
     compareCount("1,000,000", 1000000, 1.0 / 40.0);
     compareCount("100,000", 100000, 1.0 / 5.0);
     compareCount("1,000", 1000, std::nullopt);
-    std::printf("Nanoseconds for a picture.\n");
-    const int status = runComparisons(argc, argv);
-    widgets().clear();
-    return status;
 }

@@ -5,6 +5,7 @@
 // "Full repaint" asks a bar for all its tabs, once with all of them in sight and once with as many as our
 // widget shows; "dragged" moves a plain bar inside a window of our widget's width, as we do.
 #include "comparison.h"
+#include "subjects.h"
 
 #include <keltabwidget.h>
 
@@ -12,10 +13,6 @@
 #include <QEvent>
 #include <QMouseEvent>
 #include <QTabBar>
-
-#include <cstdio>
-#include <memory>
-#include <vector>
 
 namespace
 {
@@ -25,17 +22,11 @@ constexpr int FramesPerRun = 24;
 constexpr int StepPixels = 7;
 const QSize PanelSize(480, 120);
 
-std::vector<std::unique_ptr<QWidget>> &windows()
-{
-    static std::vector<std::unique_ptr<QWidget>> all;
-    return all;
-}
-
-/// Shows \a window until the end of the program.
+/// Shows \a window until the end of the subject.
 template <typename Widget>
 Widget &shown(Widget *window, const QSize &size)
 {
-    windows().emplace_back(window);
+    keep(window);
     window->resize(size);
     window->show();
     QApplication::processEvents();
@@ -83,20 +74,24 @@ Contender ourDrag()
     QTabBar &bar = *panel->tabBar();
     const QPoint grip(200, bar.height() / 2);
     sendMouse(bar, QEvent::MouseButtonPress, grip);
-    return {"KelTabWidget", [panel, &bar, grip] {
+    return {"KelTabWidget",
+            [panel, &bar, grip] {
                 for (int frame = 0; frame < FramesPerRun; ++frame) {
                     sendMouse(bar, QEvent::MouseMove, grip + QPoint(stepOf(frame), 0));
                     bringUpToDate(*panel);
                 }
-            }};
+            },
+            FramesPerRun};
 }
 
 Contender fullRepaint(const std::string &name, QTabBar &bar)
 {
-    return {name, [&bar] {
+    return {name,
+            [&bar] {
                 for (int frame = 0; frame < FramesPerRun; ++frame)
                     bar.repaint();
-            }};
+            },
+            FramesPerRun};
 }
 
 QTabBar &wholeBar()
@@ -119,28 +114,23 @@ Contender plainDrag()
 {
     auto *window = new QWidget();
     QTabBar &bar = barInNarrowWindow(*window);
-    return {"QTabBar, moved", [window, &bar] {
+    return {"QTabBar, moved",
+            [window, &bar] {
                 for (int frame = 0; frame < FramesPerRun; ++frame) {
                     bar.move(bar.x() + stepOf(frame), bar.y());
                     bringUpToDate(*window);
                 }
-            }};
+            },
+            FramesPerRun};
 }
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchTabs()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
-    QApplication application(argc, argv);
-
     const Contender ours = ourDrag();
     constexpr double Goal = 0.25;
     compare("drag frame, 20 tabs", ours, fullRepaint("QTabBar, full repaint", wholeBar()), Goal);
     compare("drag frame, 20 tabs", ours, fullRepaint("QTabBar, part seen", barInNarrowWindow(*new QWidget())), Goal);
     compare("drag frame, 20 tabs", ours, plainDrag(), Goal);
-    std::printf("Nanoseconds for %d frames.\n", FramesPerRun);
-    const int status = runComparisons(argc, argv);
-    windows().clear();
-    return status;
 }

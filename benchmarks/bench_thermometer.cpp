@@ -6,6 +6,7 @@
 // moves as in an animation, through the level that it shows, colour included. The peer's pipe is thin at
 // every size; rows of their own give it one as wide as our tube.
 #include "comparison.h"
+#include "subjects.h"
 
 #include <kelthermometer.h>
 
@@ -13,7 +14,6 @@
 #include <QImage>
 #include <qwt_thermo.h>
 
-#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -31,52 +31,42 @@ double valueOf(int frame)
 template <typename Change>
 Contender frames(const std::string &name, QWidget &widget, const QSize &size, Change change)
 {
+    keep(&widget);
     widget.setFixedSize(size);
     widget.show();
     widget.setUpdatesEnabled(false);
     const auto canvas = std::make_shared<QImage>(size, QImage::Format_ARGB32_Premultiplied);
     canvas->fill(Qt::white);
-    return {name, [canvas, &widget, change] {
+    return {name,
+            [canvas, &widget, change] {
                 for (int frame = 0; frame < FramesPerRun; ++frame) {
                     change(valueOf(frame));
                     widget.render(canvas.get(), QPoint(), QRegion(), QWidget::RenderFlags());
                 }
-            }};
+            },
+            FramesPerRun};
 }
 
 /// Both thermometers at one size; the peer's pipe is \a pipeWidth wide.
-class Pair
+void compareThermometers(const QSize &size, const std::string &peerName, int pipeWidth)
 {
-public:
-    Pair(const QSize &size, const std::string &peerName, int pipeWidth)
-    {
-        m_peer.setScale(-50.0, 50.0);
-        m_peer.setPipeWidth(pipeWidth);
-        const Contender ours =
-            frames("KelThermometer", m_ours, size, [this](double value) { m_ours.setProperty("h__anim", value); });
-        const Contender peer = frames(peerName, m_peer, size, [this](double value) { m_peer.setValue(value); });
-        compare("thermometer, " + std::to_string(size.width()) + " x " + std::to_string(size.height()), ours, peer,
-                0.5);
-    }
-
-private:
-    KelThermometer m_ours;
-    QwtThermo m_peer;
-};
+    auto *ours = new KelThermometer;
+    auto *peer = new QwtThermo;
+    peer->setScale(-50.0, 50.0);
+    peer->setPipeWidth(pipeWidth);
+    compare("thermometer, " + std::to_string(size.width()) + " x " + std::to_string(size.height()),
+            frames("KelThermometer", *ours, size, [ours](double value) { ours->setProperty("h__anim", value); }),
+            frames(peerName, *peer, size, [peer](double value) { peer->setValue(value); }), 0.5);
+}
 
 } // namespace
 
-int main(int argc, char **argv)
+void benchThermometer()
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen"); // the pictures are for nobody's eyes
-    const QApplication application(argc, argv);
-
     constexpr int ThinPipe = 10; // as the peer has it at every size
-    const Pair usual(QSize(120, 300), "QwtThermo", ThinPipe);
-    const Pair usualWide(QSize(120, 300), "QwtThermo, our width", 27);
-    const Pair large(QSize(240, 600), "QwtThermo", ThinPipe);
-    const Pair largeWide(QSize(240, 600), "QwtThermo, our width", 53);
+    compareThermometers(QSize(120, 300), "QwtThermo", ThinPipe);
+    compareThermometers(QSize(120, 300), "QwtThermo, our width", 27);
+    compareThermometers(QSize(240, 600), "QwtThermo", ThinPipe);
+    compareThermometers(QSize(240, 600), "QwtThermo, our width", 53);
     QApplication::processEvents();
-    std::printf("Nanoseconds for %d frames.\n", FramesPerRun);
-    return runComparisons(argc, argv);
 }

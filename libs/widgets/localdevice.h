@@ -112,6 +112,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
+    /// Looks for the first answer that \a message is, and leaves what it captured in answerArguments.
+    bool findAnswer(const QByteArray &message, int &answerID);
+
     PIString readPath; ///< The device paths as log lines and transports of the primitives take them.
     PIString sendPath;
     int deviceID = -1;           ///< The device's own id on its bus.
@@ -126,7 +129,6 @@ protected:
 
 private:
     CommandText commandText(const QString &text);
-    bool findAnswer(const QByteArray &message, int &answerID);
     void announceAnswer(int answerID);
     bool loadSelection();
     bool loadNames(int device, const QString &instanceName, bool &known);
