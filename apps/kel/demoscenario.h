@@ -5,12 +5,13 @@
 #include "trafficlog.h"
 
 #include <QString>
+#include <QTime>
 #include <QWidget>
 
 #include <functional>
 
-/// Plays an operator on the hall's panel: presses buttons with real mouse events and waits until the
-/// answers of the devices have lit them. GUI thread only; runs the event loop meanwhile.
+/// Plays an operator on the hall's panel: goes through its rooms, presses buttons with real mouse events and
+/// waits until the answers of the devices have lit them. GUI thread only; runs the event loop meanwhile.
 class DemoScenario
 {
 public:
@@ -22,7 +23,16 @@ public:
     void play(const QString &picture);
 
 private:
-    void waitForValue(const QString &label);
+    void playHall();
+    void playDiningRoom();
+    void playGarden();
+    void playClimate();
+
+    void enter(int room);
+    void waitForClock(const QString &clock, const QTime &time);
+    void pickAndWait(const QString &clock, const QTime &time);
+    void waitForText(const QString &label, const QString &text);
+    void waitForThermometer(const QString &thermometer, const QString &label);
     void waitForCurves(const QString &plot);
     void pressAndWait(const QString &button);
     void waitUntilGreen(const QString &button);

@@ -60,6 +60,16 @@ void tst_Demo::playsWithoutADisplay()
     QVERIFY2(run.output.contains("panel  -- porchLight is on"), run.output.constData());
     QVERIFY2(run.output.contains("panel  -> A1 05 21  hallClimateDevice"), run.output.constData());
     QVERIFY2(run.output.contains("device -> A3 05 "), run.output.constData());
+    // The rooms, the clock that asks and sets its device, and the thermometer.
+    for (const char *room : {"Entrance hall", "Dining room", "Garden", "Climate"})
+        QVERIFY2(run.output.contains(QByteArray("panel  -- rooms shows ") + room), run.output.constData());
+    QVERIFY2(run.output.contains("panel  -> A1 07 41  pathDevice"), run.output.constData());
+    QVERIFY2(run.output.contains("panel  -- pathClock shows 20:45"), run.output.constData());
+    QCOMPARE(run.output.count("panel  -> A1 07 40 "), 1);
+    QVERIFY2(run.output.contains("device <- A1 07 40 07 1E  path"), run.output.constData());
+    QVERIFY2(run.output.contains("panel  <- A2 07 40 07 1E"), run.output.constData());
+    QVERIFY2(run.output.contains("panel  -- pathMinute shows 30"), run.output.constData());
+    QVERIFY2(run.output.contains("panel  -- thermometer shows 2"), run.output.constData());
     QVERIFY2(run.output.contains("panel  -- historyPlot draws Temperature"), run.output.constData());
     QVERIFY2(run.output.contains("panel  -- historyPlot draws Dimmer"), run.output.constData());
 

@@ -1,39 +1,19 @@
+#include "hallbench.h"
 #include "testmain.h"
 
-#include <catalogue.h>
-#include <deviceroutes.h>
-#include <examples.h>
-#include <formloader.h>
 #include <kelbutton.h>
-#include <kelglobals.h>
 #include <kelgraphic.h>
 #include <kellight.h>
 #include <kelslider.h>
 #include <kelswitch.h>
-#include <localdevice.h>
+#include <keltabwidget.h>
 #include <plotfeed.h>
-#include <ptyline.h>
 #include <qtimerwidget.h>
-#include <simulator.h>
 
 #include <QLabel>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 
-#include <memory>
-
-namespace
-{
-
-constexpr int GapMs = 20;
-/// Longer than the slider's rest, a write and an answer together; what was not sent by then never is.
-constexpr int QuietMs = 400;
-/// For what takes a few seconds on a machine that has time.
-constexpr int PatienceMs = 20000;
-
-} // namespace
-
-/// The hall's panel, as `kel demo` runs it, against its simulated devices.
+/// The devices of the hall and the widgets that they are wired to.
 class tst_Hall : public QObject
 {
     Q_OBJECT
@@ -59,66 +39,40 @@ private:
     template <typename Widget>
     Widget &part(const char *name) const
     {
-        auto *found = m_form->window->findChild<Widget *>(QLatin1String(name));
-        if (!found)
-            qFatal("the hall has no %s", name);
-        return *found;
+        return m_bench->part<Widget>(name);
     }
 
-    /// The blocks that \a device sent so far.
-    QStringList sentBy(const char *device) const { return m_sent.value(QLatin1String(device)); }
+    QStringList sentBy(const char *device) const { return m_bench->sentBy(device); }
+    void hear(const char *device, const char *message) const { m_bench->hear(device, message); }
 
-    /// Lets \a device hear \a message, as if it came from the line.
-    void hear(const char *device, const char *message) const
-    {
-        part<LocalDevice>(device).dataReceived(QByteArray::fromHex(message), QString());
-    }
-
-    QTemporaryDir m_folder;
-    std::unique_ptr<Simulator> m_simulator;
-    std::unique_ptr<LoadedForm> m_form;
-    std::unique_ptr<DeviceRoutes> m_routes;
-    QHash<QString, QStringList> m_sent;
+    std::unique_ptr<HallCatalogue> m_catalogue;
+    std::unique_ptr<HallBench> m_bench;
 };
 
 void tst_Hall::initTestCase()
 {
-    const QString catalogue = m_folder.filePath(QStringLiteral("hall.sqlite"));
-    makeCatalogue(examplePath(QStringLiteral("hall/hall.toml")), catalogue);
-    openCatalogue(catalogue);
+    m_catalogue = std::make_unique<HallCatalogue>();
 }
 
 void tst_Hall::init()
 {
-    m_simulator = std::make_unique<Simulator>(Simulator::readRules(examplePath(QStringLiteral("hall/hall.rules"))),
-                                              std::make_unique<PtyLine>(), GapMs, TrafficLog(QStringLiteral("device")));
-    const QString path = examplePath(QStringLiteral("hall/hall.ui"));
-    m_form = std::make_unique<LoadedForm>(loadForm(path));
-    m_routes = std::make_unique<DeviceRoutes>(Kel::connection, path);
-    m_routes->setPortName(QStringLiteral("/tmp/kel-hall"), m_simulator->lineName());
-    connect(m_routes.get(), &DeviceRoutes::sent, this, [this](const QString &device, const QByteArray &bytes) {
-        m_sent[device] << QString::fromLatin1(bytes.toHex(' ').toUpper());
-    });
-    m_routes->open(*m_form->window);
-    m_form->window->show();
+    m_bench = std::make_unique<HallBench>();
 }
 
 void tst_Hall::cleanup()
 {
-    m_routes.reset();
-    m_form.reset();
-    m_simulator.reset();
-    m_sent.clear();
+    m_bench.reset();
 }
 
 void tst_Hall::everyConnectionFits()
 {
-    QCOMPARE(m_form->complaints, QStringList());
+    QCOMPARE(m_bench->complaints(), QStringList());
 }
 
 void tst_Hall::sliderSendsOnceWhenItRests()
 {
-    auto &bar = part<QWidget>("bar");
+    part<KelTabWidget>("rooms").setCurrentIndex(1);
+    auto &bar = *part<KelSlider>("levelSlider").findChild<QWidget *>(QStringLiteral("bar"));
     QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 4, bar.height() / 2));
     QTest::mouseMove(&bar, QPoint(bar.width() / 3, bar.height() / 2));
     QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 3, bar.height() / 2));
@@ -259,7 +213,7 @@ void tst_Hall::pollShowsTheClimate()
 
 void tst_Hall::plotShowsTemperatureAndDimmer()
 {
-    QCOMPARE(feedPlots(*m_form->window), QStringList());
+    QCOMPARE(feedPlots(m_bench->window()), QStringList());
     auto &plot = part<KelGraphic>("historyPlot");
     QCOMPARE(plot.graphicsCount(), 2);
 
