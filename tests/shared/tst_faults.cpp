@@ -1,0 +1,687 @@
+#include "faultbench.h"
+#include "testmain.h"
+
+#include <atomic>
+#include <cerrno>
+#include <dirent.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+using Kind = FaultyLine::Kind;
+using Answer = FaultyLine::Answer;
+using Call = FaultyLine::Call;
+
+namespace
+{
+
+constexpr int MoreThanALineHolds = 60000;
+constexpr int StepsOfAWrite = 12;
+constexpr int WireSpeed = 300; ///< Slow enough that a block is on the wire for a while.
+
+int entriesOf(const char *folder)
+{
+    int count = 0;
+    DIR *const directory = ::opendir(folder);
+    while (directory && ::readdir(directory))
+        ++count;
+    ::closedir(directory);
+    return count;
+}
+
+int descriptors()
+{
+    return entriesOf("/proc/self/fd");
+}
+
+int threads()
+{
+    return entriesOf("/proc/self/task");
+}
+
+bool waitUntil(const std::function<bool()> &condition)
+{
+    for (int i = 0; i < 20000 && !condition(); ++i)
+        std::this_thread::sleep_for(1ms);
+    return condition();
+}
+
+/// Fails every other call of \a kind with \a error.
+FaultyLine::Script everyOther(Kind kind, int error)
+{
+    const auto count = std::make_shared<std::atomic<int>>(0);
+    return [=](const Call &call) {
+        return call.kind == kind && (*count)++ % 2 == 0 ? Answer::fail(error) : Answer::pass();
+    };
+}
+
+/// Fails call \a number of \a kind with \a error.
+FaultyLine::Script once(Kind kind, int error, int number = 0)
+{
+    const auto count = std::make_shared<std::atomic<int>>(0);
+    return [=](const Call &call) {
+        return call.kind == kind && (*count)++ == number ? Answer::fail(error) : Answer::pass();
+    };
+}
+
+/// A driver that takes everything and sends nothing.
+FaultyLine::Script driverThatKeeps()
+{
+    const auto kept = std::make_shared<std::atomic<int>>(0);
+    return [=](const Call &call) {
+        if (call.kind == Kind::Write) {
+            *kept += int(call.bytes.size());
+            return Answer::pretend(int(call.bytes.size()));
+        }
+        if (call.kind == Kind::Ioctl && call.request == TIOCOUTQ) {
+            *static_cast<int *>(call.argument) = *kept;
+            return Answer::pretend(0);
+        }
+        return Answer::pass();
+    };
+}
+
+/// Keeps the first call of a kind until it is let go.
+class Stop
+{
+public:
+    FaultyLine::Script script(Kind kind, Answer answer)
+    {
+        return [this, kind, answer](const Call &call) {
+            if (call.kind != kind || m_isReached.exchange(true))
+                return Answer::pass();
+            waitUntil([this] { return m_isLetGo.load(); });
+            return answer;
+        };
+    }
+    bool await() const
+    {
+        return waitUntil([this] { return m_isReached.load(); });
+    }
+    void letGo() { m_isLetGo = true; }
+
+private:
+    std::atomic<bool> m_isReached{false};
+    std::atomic<bool> m_isLetGo{false};
+};
+
+} // namespace
+
+class tst_Faults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void shortWrites_data();
+    void shortWrites();
+    void busyLine();
+    void interruptedCalls_data();
+    void interruptedCalls();
+    void errorDuringWrite_data();
+    void errorDuringWrite();
+    void errorDuringRead();
+    void errorsDuringReopen_data();
+    void errorsDuringReopen();
+    void unknownFillOfTheDriver();
+    void vanishesAThousandTimes();
+    void vanishesWithABlockOnTheWire();
+    void vanishesWithBlocksInTheDriver();
+    void tailDoesNotGoToAnotherLine();
+    void bothThreadsMeetTheLoss();
+    void peerNeverReads();
+    void peerNeverReadsUntilClose();
+    void closeBeforeTheFirstByteKeepsTheBlock();
+    void closeDropsWhatTheDriverHolds();
+    void closeAtEveryStep_data();
+    void closeAtEveryStep();
+    void destroyedWithWaitingBlocks();
+    void readOnlyPortTellsItsBlocks();
+    void noDescriptorsLeft();
+};
+
+void tst_Faults::shortWrites_data()
+{
+    QTest::addColumn<int>("most");
+
+    for (const int most : {1, 2, 7})
+        QTest::addRow("%d bytes at a time", most) << most;
+}
+
+void tst_Faults::shortWrites()
+{
+    QFETCH(int, most);
+    FaultBench bench;
+    int calls = 0;
+    bench.line.setScript([&, most](const Call &call) {
+        calls += call.kind == Kind::Write ? 1 : 0;
+        return call.kind == Kind::Write ? Answer::limit(most) : Answer::pass();
+    });
+    const std::string first = bench.write(20);
+    const std::string second = bench.write(33);
+    QVERIFY(bench.serial->open());
+    bench.tick(2);
+    bench.line.readTaken();
+    QCOMPARE(bench.line.received(), first + second);
+    QVERIFY(calls >= 53 / most);
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.console(), QStringList());
+}
+
+void tst_Faults::busyLine()
+{
+    FaultBench bench;
+    int refused = 0;
+    bench.line.setScript([&](const Call &call) {
+        if (call.kind != Kind::Write)
+            return Answer::pass();
+        return ++refused % 4 ? Answer::fail(EAGAIN) : Answer::limit(5);
+    });
+    const std::string block = bench.write(50);
+    QVERIFY(bench.serial->open());
+    bench.tick(1);
+    bench.line.readTaken();
+    QCOMPARE(bench.line.received(), block);
+    QVERIFY(refused >= 40);
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.console(), QStringList());
+}
+
+void tst_Faults::interruptedCalls_data()
+{
+    QTest::addColumn<int>("kind");
+
+    QTest::newRow("open") << int(Kind::Open);
+    QTest::newRow("read") << int(Kind::Read);
+    QTest::newRow("write") << int(Kind::Write);
+    QTest::newRow("poll") << int(Kind::Poll);
+}
+
+void tst_Faults::interruptedCalls()
+{
+    QFETCH(int, kind);
+    FaultBench bench;
+    std::atomic<int> bytesBack{0};
+    bench.serial->setReceiver([&](const PIByteArray &bytes) { bytesBack += bytes.size(); });
+    bench.line.setScript(everyOther(Kind(kind), EINTR));
+    const std::string blocks = bench.writeSeveral(3);
+    QVERIFY(bench.serial->open());
+    bench.tick(3);
+    bench.line.readTaken();
+    QCOMPARE(bench.line.received(), blocks);
+    for (int i = 1; i <= 4; ++i) {
+        QVERIFY(bench.line.pty().write("x"));
+        QVERIFY(waitUntil([&] { return bytesBack == i; }));
+    }
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.console(), QStringList());
+}
+
+void tst_Faults::errorDuringWrite_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<int>("error");
+
+    for (const int error : {EIO, ENXIO, ENODEV}) {
+        for (const int number : {0, 1, 3})
+            QTest::addRow("%s, write %d", strerror(error), number) << number << error;
+    }
+}
+
+/// The block begins anew on the line that comes back, whatever of it went out before.
+void tst_Faults::errorDuringWrite()
+{
+    QFETCH(int, number);
+    QFETCH(int, error);
+    FaultBench bench;
+    int writes = 0;
+    bench.line.setScript([&, number, error](const Call &call) {
+        if (call.kind != Kind::Write)
+            return Answer::pass();
+        return writes++ == number ? Answer::fail(error) : Answer::limit(4);
+    });
+    const std::string first = bench.write(16);
+    const std::string second = bench.write();
+    QVERIFY(bench.serial->open());
+    bench.tick(1);
+    QVERIFY(bench.lines("went away:") == 1);
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), first.substr(0, size_t(4 * number)) + first + second);
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.console().size(), 1);
+}
+
+void tst_Faults::errorDuringRead()
+{
+    FaultBench bench;
+    bench.line.setScript(once(Kind::Read, EIO));
+    QVERIFY(bench.serial->open());
+    QVERIFY(bench.line.pty().write("x"));
+    QVERIFY(waitUntil([&] { return bench.lines("went away:") == 1; }));
+    const std::string block = bench.write();
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), block);
+    QCOMPARE(bench.finish(), QString());
+}
+
+void tst_Faults::errorsDuringReopen_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("error");
+
+    QTest::newRow("open: no such device") << int(Kind::Open) << ENXIO;
+    QTest::newRow("open: input/output error") << int(Kind::Open) << EIO;
+    QTest::newRow("settings: input/output error") << int(Kind::Ioctl) << EIO;
+    QTest::newRow("lock: held by another") << int(Kind::Flock) << EWOULDBLOCK;
+}
+
+/// The port is there again but not ready at once, as a fresh adapter is.
+void tst_Faults::errorsDuringReopen()
+{
+    QFETCH(int, kind);
+    QFETCH(int, error);
+    FaultBench bench;
+    QVERIFY(bench.serial->open());
+    const int before = descriptors();
+    bench.line.vanish();
+    QVERIFY(waitUntil([&] { return !bench.serial->isOpened(); }));
+    std::atomic<int> failures{0};
+    bench.line.setScript([&, kind, error](const Call &call) {
+        if (call.kind != Kind(kind) || failures >= 2)
+            return Answer::pass();
+        ++failures;
+        return Answer::fail(error);
+    });
+    const std::string block = bench.write();
+    bench.line.comeBack();
+    QVERIFY(waitUntil([&] { return bench.serial->isOpened(); }));
+    QVERIFY(bench.sendAll());
+    QCOMPARE(failures.load(), 2);
+    QCOMPARE(descriptors(), before);
+    QCOMPARE(bench.line.received(), block);
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.console().size(), 1);
+}
+
+/// A driver that does not tell how much it holds is taken at its word that it took the block.
+void tst_Faults::unknownFillOfTheDriver()
+{
+    FaultBench bench;
+    bench.line.setScript([](const Call &call) {
+        return call.kind == Kind::Ioctl && call.request == TIOCOUTQ ? Answer::fail(ENOTTY) : Answer::pass();
+    });
+    const std::string blocks = bench.writeSeveral(2);
+    QVERIFY(bench.serial->open());
+    bench.tick(2);
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.line.received(), blocks);
+    QCOMPARE(bench.console(), QStringList());
+}
+
+/// Forty ports at once, to be done in the time of one; two threads keep blocks on their way.
+void tst_Faults::vanishesAThousandTimes()
+{
+    constexpr int Ports = 40;
+    constexpr int Rounds = 25;
+    const auto surroundings = std::make_shared<FaultBench::Surroundings>();
+    std::vector<std::unique_ptr<FaultBench>> benches;
+    for (int i = 0; i < Ports; ++i)
+        benches.push_back(std::make_unique<FaultBench>(1000000, surroundings));
+    for (auto &bench : benches)
+        QVERIFY(bench->serial->open());
+    const auto all = [&](bool isOpened) {
+        return waitUntil([&] {
+            return std::all_of(benches.begin(), benches.end(),
+                               [=](const auto &bench) { return bench->serial->isOpened() == isOpened; });
+        });
+    };
+    std::atomic<bool> isEnough{false};
+    const auto tickAll = [&] {
+        while (!isEnough) {
+            for (auto &bench : benches)
+                bench->tick(1);
+            std::this_thread::sleep_for(1ms);
+        }
+    };
+    std::thread first(tickAll);
+    std::thread second(tickAll);
+
+    bool isGood = true;
+    int descriptorsBefore = 0;
+    int threadsBefore = 0;
+    for (int round = 0; round < Rounds && isGood; ++round) {
+        for (auto &bench : benches) {
+            bench->writeSeveral(6);
+            bench->line.vanish();
+        }
+        isGood = all(false);
+        for (auto &bench : benches) {
+            bench->writeSeveral(2);
+            bench->line.comeBack();
+        }
+        isGood = isGood && all(true);
+        if (round == 0) {
+            descriptorsBefore = descriptors();
+            threadsBefore = threads();
+        }
+    }
+    const int descriptorsAfter = descriptors();
+    const int threadsAfter = threads();
+    isEnough = true;
+    first.join();
+    second.join();
+    QVERIFY(isGood);
+    QCOMPARE(descriptorsAfter, descriptorsBefore);
+    QCOMPARE(threadsAfter, threadsBefore);
+    while (!benches.empty()) {
+        const auto bench = std::move(benches.back());
+        benches.pop_back();
+        QVERIFY(bench->sendAll());
+        QCOMPARE(bench->finish(), QString());
+        QCOMPARE(bench->lines("is no longer used"), 0);
+        QCOMPARE(bench->lines("went away:"), Rounds);
+    }
+}
+
+/// The port has taken the whole block, but its time on the wire is not over.
+void tst_Faults::vanishesWithABlockOnTheWire()
+{
+    FaultBench bench(WireSpeed);
+    const std::string block = bench.write(12); // 400 ms
+    QVERIFY(bench.serial->open());
+    std::thread ticker([&] { bench.tick(1); });
+    const bool isTaken = waitUntil([&] {
+        bench.line.readTaken();
+        return bench.line.received() == block;
+    });
+    bench.line.vanish();
+    ticker.join();
+    QVERIFY(isTaken);
+    QCOMPARE(bench.lines("went away while sending: a block of 12 bytes is lost: 3C 30 2E 30"), 1);
+
+    bench.line.comeBack();
+    QVERIFY(waitUntil([&] { return bench.serial->isOpened(); }));
+    const std::string next = bench.write();
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), block + next);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// The wire stands still, as by flow control: the driver takes blocks and keeps them.
+void tst_Faults::vanishesWithBlocksInTheDriver()
+{
+    FaultBench bench;
+    bench.line.setScript(driverThatKeeps());
+    QVERIFY(bench.serial->open());
+    for (int i = 0; i < 3; ++i)
+        bench.write();
+    bench.tick(4);
+    QCOMPARE(bench.console(), QStringList());
+    bench.line.vanish();
+    QVERIFY(waitUntil([&] { return !bench.serial->isOpened(); }));
+    bench.tick(1);
+    QCOMPARE(bench.lines("went away while sending"), 3);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// A writer that is kept so long that the port comes back meanwhile begins the block anew.
+void tst_Faults::tailDoesNotGoToAnotherLine()
+{
+    FaultBench bench;
+    Stop stop;
+    const auto keep = stop.script(Kind::Poll, Answer::pass());
+    int writes = 0;
+    bench.line.setScript([&](const Call &call) {
+        if (call.kind == Kind::Write) {
+            ++writes;
+            return writes == 1 ? Answer::limit(5) : writes == 2 ? Answer::fail(EAGAIN) : Answer::pass();
+        }
+        return keep(call);
+    });
+    const std::string block = bench.write(20);
+    QVERIFY(bench.serial->open());
+    std::thread ticker([&] { bench.tick(1); });
+    const bool isKept = stop.await();
+    bench.line.vanish();
+    const bool isAway = waitUntil([&] { return !bench.serial->isOpened(); });
+    bench.line.comeBack();
+    const bool isBack = waitUntil([&] { return bench.serial->isOpened(); });
+    stop.letGo();
+    ticker.join();
+    QVERIFY(isKept && isAway && isBack);
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), block.substr(0, 5) + block);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// Whoever is second has nothing to add and ends nothing.
+void tst_Faults::bothThreadsMeetTheLoss()
+{
+    FaultBench bench;
+    Stop stop;
+    QVERIFY(bench.serial->open());
+    bench.line.setScript(stop.script(Kind::Read, Answer::fail(EIO)));
+    QVERIFY(bench.line.pty().write("x"));
+    // The reading thread is kept before it hears of its error; meanwhile a writer meets one of its own.
+    const bool isKept = stop.await();
+    std::atomic<int> writes{0};
+    bench.line.setScript([&](const Call &call) {
+        return call.kind == Kind::Write && writes++ == 0 ? Answer::fail(EIO) : Answer::pass();
+    });
+    const std::string block = bench.write();
+    bench.tick(1);
+    stop.letGo();
+    QVERIFY(isKept);
+    QVERIFY(waitUntil([&] { return bench.serial->isOpened(); }));
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.lines("went away:"), 1);
+    QCOMPARE(bench.line.received(), block);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// Ten seconds without a byte: the block is given up, the next ones wait for their own turn.
+void tst_Faults::peerNeverReads()
+{
+    FaultBench bench;
+    const std::string large = bench.write(MoreThanALineHolds);
+    QVERIFY(bench.serial->open());
+    bench.line.setScript([](const Call &call) {
+        if (call.kind == Kind::Poll)
+            advanceThreadClock(1);
+        return Answer::pass();
+    });
+    std::thread(&FaultBench::tick, &bench, 1).join();
+    QCOMPARE(bench.lines("takes no bytes: a block of 60000 bytes is lost: 3C 30 2E 30"), 1);
+    const auto pins = bench.pins().records();
+    QVERIFY(!pins.empty() && !pins.back().isHigh);
+
+    const std::string next = bench.write();
+    QVERIFY(bench.sendAll());
+    QVERIFY(bench.line.received().size() > next.size());
+    QVERIFY(bench.line.received().size() < large.size());
+    QCOMPARE(bench.line.received().substr(bench.line.received().size() - next.size()), next);
+    QCOMPARE(bench.finish(), QString());
+}
+
+void tst_Faults::peerNeverReadsUntilClose()
+{
+    FaultBench bench;
+    bench.write(MoreThanALineHolds);
+    const std::string next = bench.write();
+    Stop stop;
+    QVERIFY(bench.serial->open());
+    bench.line.setScript(stop.script(Kind::Poll, Answer::pass()));
+    std::thread ticker([&] { bench.tick(1); });
+    const bool isFull = stop.await();
+    stop.letGo();
+    bench.serial->close();
+    ticker.join();
+    QVERIFY(isFull);
+    QCOMPARE(bench.lines("takes no bytes: a block of 60000 bytes is lost"), 1);
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received().substr(bench.line.received().size() - next.size()), next);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// Nothing of it went out, so it goes on waiting.
+void tst_Faults::closeBeforeTheFirstByteKeepsTheBlock()
+{
+    FaultBench bench;
+    const std::string blocks = bench.writeSeveral(2);
+    Stop stop;
+    const auto keep = stop.script(Kind::Poll, Answer::pass());
+    QVERIFY(bench.serial->open());
+    bench.line.setScript(
+        [&](const Call &call) { return call.kind == Kind::Write ? Answer::fail(EAGAIN) : keep(call); });
+    std::thread ticker([&] { bench.tick(1); });
+    const bool isFull = stop.await();
+    stop.letGo();
+    bench.serial->close();
+    ticker.join();
+    QVERIFY(isFull);
+    QCOMPARE(bench.console(), QStringList());
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), blocks);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// Closing waits no longer than promised; what the driver then drops is told.
+void tst_Faults::closeDropsWhatTheDriverHolds()
+{
+    FaultBench bench;
+    QVERIFY(bench.serial->open());
+    const std::string out = bench.write();
+    bench.tick(1);
+    bench.line.setScript(driverThatKeeps());
+    bench.write(20);
+    bench.write(30);
+    bench.tick(2);
+    QVERIFY(bench.serial->close());
+    QCOMPARE(bench.console().size(), 2);
+    QCOMPARE(bench.lines("was closed while sending: a block of 20 bytes is lost"), 1);
+    QCOMPARE(bench.lines("was closed while sending: a block of 30 bytes is lost"), 1);
+    bench.line.readTaken();
+    QCOMPARE(bench.line.received(), out);
+    QCOMPARE(bench.finish(), QString());
+}
+
+void tst_Faults::closeAtEveryStep_data()
+{
+    QTest::addColumn<int>("step");
+    QTest::addColumn<bool>("isStuck");
+
+    // Three writes of four bytes, each but the last followed by a full line (write, fill, wait), the
+    // hold, and the two questions whether all is out.
+    for (int step = 0; step < StepsOfAWrite; ++step) {
+        QTest::addRow("step %d, the line goes on", step) << step << false;
+        QTest::addRow("step %d, the line stands still", step) << step << true;
+    }
+}
+
+void tst_Faults::closeAtEveryStep()
+{
+    QFETCH(int, step);
+    QFETCH(bool, isStuck);
+    FaultBench bench(115200); // a hold that is long enough to sleep
+    std::atomic<int> steps{0};
+    std::atomic<bool> isReached{false};
+    std::thread closer;
+    bool isWaiting = false; // sleeps of the wait below are no steps
+    const auto atStep = [&] {
+        if (isWaiting || steps++ != step)
+            return;
+        isReached = true;
+        isWaiting = true;
+        closer = std::thread([&] { bench.serial->close(); });
+        waitUntil([&] { return !bench.serial->isOpened(); });
+        isWaiting = false;
+    };
+    std::thread::id ticker;
+    int writes = 0;
+    const FaultyLine::Script script = [&](const Call &call) {
+        if (std::this_thread::get_id() != ticker)
+            return Answer::pass();
+        atStep();
+        if (call.kind != Kind::Write)
+            return Answer::pass();
+        return (isStuck && isReached) || writes++ % 2 ? Answer::fail(EAGAIN) : Answer::limit(4);
+    };
+    const std::string blocks = bench.writeSeveral(2, 12);
+    QVERIFY(bench.serial->open());
+    ticker = std::this_thread::get_id();
+    bench.line.setScript(script);
+    setSleepWatch([&] {
+        if (std::this_thread::get_id() == ticker && bench.pins().records().back().isHigh)
+            atStep();
+    });
+    bench.tick(1);
+    setSleepWatch(nullptr);
+    QVERIFY(closer.joinable());
+    closer.join();
+    if (!isStuck)
+        QCOMPARE(steps.load(), StepsOfAWrite);
+    QVERIFY(!bench.pins().records().back().isHigh);
+    QVERIFY(bench.sendAll());
+    if (!isStuck)
+        QCOMPARE(bench.line.received(), blocks);
+    QCOMPARE(bench.finish(), QString());
+    QVERIFY(bench.lines("is lost") <= (isStuck ? 1 : 0));
+}
+
+void tst_Faults::destroyedWithWaitingBlocks()
+{
+    FaultBench bench;
+    bench.write();
+    bench.write(300);
+    bench.serial.reset();
+    QCOMPARE(bench.console().size(), 2);
+    QCOMPARE(bench.lines("is no longer used: a block of 5 bytes is lost: 3C 30 2E 30 3E"), 0);
+    QCOMPARE(bench.lines("is no longer used: a block of 300 bytes is lost: 3C 30 2E 31"), 1);
+    QCOMPARE(bench.finish(), QString());
+}
+
+void tst_Faults::readOnlyPortTellsItsBlocks()
+{
+    FaultBench bench;
+    bench.serial->setProperty("readOnly", true);
+    bench.write();
+    QVERIFY(bench.serial->open());
+    bench.tick(1);
+    QCOMPARE(bench.lines("takes no bytes"), 1);
+    QCOMPARE(bench.finish(), QString());
+    QCOMPARE(bench.line.received(), std::string());
+}
+
+/// However many descriptors are left, opening works or fails with a text, and leaves nothing behind.
+void tst_Faults::noDescriptorsLeft()
+{
+    FaultBench bench;
+    const std::string block = bench.write();
+    const int before = descriptors();
+    const int highest = ::dup(STDERR_FILENO);
+    ::close(highest);
+    rlimit former{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &former), 0);
+    bool isOpen = false;
+    int failures = 0;
+    for (int spare = 0; spare < 16 && !isOpen; ++spare) {
+        rlimit few = former;
+        few.rlim_cur = rlim_t(highest + spare);
+        ::setrlimit(RLIMIT_NOFILE, &few);
+        isOpen = bench.serial->open();
+        ::setrlimit(RLIMIT_NOFILE, &former);
+        failures += isOpen ? 0 : 1;
+        if (!isOpen)
+            QCOMPARE(descriptors(), before);
+    }
+    QVERIFY(isOpen);
+    QVERIFY(failures >= 3);
+    QCOMPARE(bench.console().size(), failures);
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), block);
+    QCOMPARE(bench.finish(), QString());
+}
+
+KEL_TEST_MAIN(tst_Faults)
+#include "tst_faults.moc"
