@@ -256,6 +256,8 @@ void checkCatalogueFile(const QString &path)
         fail(path, QStringLiteral("the catalogue is not a file"));
     if (!info.isReadable())
         fail(path, QStringLiteral("the catalogue may not be read"));
+    if (info.suffix() == QLatin1String("toml"))
+        fail(path, QStringLiteral("the source of a catalogue; \"kel catalog make\" makes a catalogue of it"));
 
     CatalogueConnection connection(path, CatalogueConnection::Access::Read);
     if (!connection.isOpen())

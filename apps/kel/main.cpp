@@ -47,6 +47,12 @@ int main(int argc, char **argv)
         program.line.parse(argc, argv);
     } catch (const CLI::Success &help) {
         return program.line.exit(help);
+    } catch (const CLI::RequiredError &error) {
+        if (argc > 1 && program.line.get_subcommands().empty())
+            return complain(std::string("there is no command \"") + argv[1] + "\" (kel --help tells more)",
+                            ExitWrongUsage);
+        std::fprintf(stderr, "kel: %s (kel --help tells more)\n", error.what());
+        return ExitWrongUsage;
     } catch (const CLI::ParseError &error) {
         std::fprintf(stderr, "kel: %s (kel --help tells more)\n", error.what());
         return ExitWrongUsage;

@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "deviceroutes.h"
 #include "formloader.h"
+#include "panelclicks.h"
 #include "panelfiles.h"
 #include "paneltrace.h"
 #include "plotfeed.h"
@@ -11,9 +12,11 @@
 #include "screenshot.h"
 
 #include <kelglobals.h>
+#include <localdevice.h>
 
 #include <QTimer>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -25,10 +28,19 @@ struct PanelOptions {
     std::string catalogue;
     std::string screenshot;
     std::string log;
+    std::vector<std::string> clicks;
     int gapMs = 20;
     int afterMs = 500;
     bool trace = false;
 };
+
+QStringList clickedNames(const PanelOptions &options)
+{
+    QStringList names;
+    for (const std::string &name : options.clicks)
+        names << QString::fromStdString(name);
+    return names;
+}
 
 int takeScreenshot(QWidget &window, const QString &path, int afterMs)
 {
@@ -50,6 +62,12 @@ PanelFiles findFiles(const PanelOptions &options)
     return files;
 }
 
+bool hasCatalogueDevice(const QWidget &window)
+{
+    const QList<LocalDevice *> devices = window.findChildren<LocalDevice *>();
+    return std::any_of(devices.begin(), devices.end(), [](const LocalDevice *d) { return d->currentID() >= 0; });
+}
+
 int runPanel(Program &program, const PanelOptions &options)
 {
     const auto application = makeApplication(program);
@@ -64,6 +82,8 @@ int runPanel(Program &program, const PanelOptions &options)
     const LoadedForm form = loadForm(path);
     for (const QString &complaint : form.complaints)
         std::fprintf(stderr, "kel: %s\n", qPrintable(complaint));
+    if (files.catalogue.isEmpty() && hasCatalogueDevice(*form.window))
+        std::fprintf(stderr, "kel: without a catalogue (--db) the devices know no command and no answer\n");
     for (const QString &complaint : feedPlots(*form.window))
         std::fprintf(stderr, "kel: %s: %s\n", qPrintable(path), qPrintable(complaint));
 
@@ -74,6 +94,7 @@ int runPanel(Program &program, const PanelOptions &options)
     if (!options.log.empty())
         traceRoutes(routes, TrafficLog::toFile(QStringLiteral("panel"), QString::fromStdString(options.log)));
     routes.open(*form.window);
+    clickButtons(*form.window, clickedNames(options));
     // Last of all, so that what is wrong with the files is said without a display too.
     if (isWithoutDisplay() && screenshot.isEmpty())
         throw CommandError(QStringLiteral("no display to show %1 on (--screenshot saves it as a picture)").arg(path));
@@ -93,6 +114,8 @@ void addPanelCommand(Program &program)
     command->add_option("--screenshot", options->screenshot, "Save a picture of the panel and end");
     command->add_option("--after", options->afterMs, "When the picture is taken, in ms (500)")
         ->check(CLI::Range(0, 600000));
+    command->add_option("--click", options->clicks, "Click the button of this name (more than once for several)")
+        ->allow_extra_args(false);
     command->add_option("--gap", options->gapMs, "Silence that ends a message, in ms (20)")
         ->check(CLI::Range(0, 10000));
     command->add_option("--log", options->log, "Write what goes over the ports to this file, for kel monitor");

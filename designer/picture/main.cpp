@@ -1,5 +1,6 @@
-// kel_screen_picture OUT.png PROGRAM [ARGUMENTS]: starts the program, waits until what it shows stands still,
-// saves a picture of the screen and ends the program.
+// kel_screen_picture OUT.png [DEED ...] PROGRAM [ARGUMENTS]: starts the program, waits until what it shows stands
+// still, does the deeds and waits again, saves a picture of the screen and ends the program. A deed is a press at a
+// point of the screen (click=X,Y) or what is typed (type=TEXT); xdotool does it.
 
 #include <QGuiApplication>
 #include <QImage>
@@ -16,6 +17,7 @@ namespace
 constexpr int GrabPeriodMs = 500;
 constexpr int StillGrabs = 6; ///< That many pictures alike, and nothing more is to be expected.
 constexpr int MaxGrabs = 240;
+constexpr int DeedMs = 1000;  ///< Time for the program to follow a press.
 constexpr int MinColors = 64; ///< An empty screen or window has fewer.
 
 QImage grabScreen()
@@ -41,7 +43,7 @@ bool hasContent(const QImage &picture)
 /// \a picture without the empty rows above the program's window, where a title bar would be.
 QImage withoutEmptyTop(const QImage &picture)
 {
-    const QVector<QRgb> empty(picture.width(), picture.pixel(0, 0));
+    const QVector<QRgb> empty(picture.width(), qRgb(0, 0, 0));
     const auto bytes = size_t(picture.width()) * sizeof(QRgb);
     int top = 0;
     while (top < picture.height() - 1 && std::memcmp(picture.constScanLine(top), empty.constData(), bytes) == 0)
@@ -66,6 +68,35 @@ QImage waitForPicture(QProcess &program)
     return QImage();
 }
 
+QStringList xdotoolArguments(const QString &deed)
+{
+    const QString what = deed.section(QLatin1Char('='), 1);
+    if (deed.startsWith(QLatin1String("type=")))
+        return {QStringLiteral("type"), what};
+    return {QStringLiteral("mousemove"), what.section(QLatin1Char(','), 0, 0), what.section(QLatin1Char(','), 1),
+            QStringLiteral("click"), QStringLiteral("1")};
+}
+
+bool isDeed(const QString &argument)
+{
+    return argument.startsWith(QLatin1String("click=")) || argument.startsWith(QLatin1String("type="));
+}
+
+/// The screen after all \a deeds; null when one of them cannot be done, or as above. Between deeds the screen need
+/// not stand still: where text is typed a cursor blinks.
+QImage pictureAfter(const QStringList &deeds, QProcess &program)
+{
+    const QImage before = waitForPicture(program);
+    if (before.isNull() || deeds.isEmpty())
+        return before;
+    for (const QString &deed : deeds) {
+        if (QProcess::execute(QStringLiteral("xdotool"), xdotoolArguments(deed)) != 0)
+            return QImage();
+        program.waitForFinished(DeedMs);
+    }
+    return waitForPicture(program);
+}
+
 int fail(const QString &what)
 {
     std::fprintf(stderr, "kel_screen_picture: %s\n", qPrintable(what));
@@ -81,6 +112,9 @@ int main(int argc, char **argv)
     if (arguments.size() < 2)
         return 2;
     const QString path = arguments.takeFirst();
+    QStringList deeds;
+    while (arguments.size() > 1 && isDeed(arguments.first()))
+        deeds << arguments.takeFirst();
     const QString name = arguments.takeFirst();
 
     QProcess program;
@@ -88,7 +122,7 @@ int main(int argc, char **argv)
     program.start(name, arguments);
     if (!program.waitForStarted())
         return fail(program.errorString());
-    const QImage picture = waitForPicture(program);
+    const QImage picture = pictureAfter(deeds, program);
     program.terminate();
     if (!program.waitForFinished(10000))
         program.kill();
