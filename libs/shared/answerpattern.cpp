@@ -35,15 +35,5 @@ AnswerPattern AnswerPattern::fromText(const QString &text, int deviceID)
 
 bool AnswerPattern::match(const QByteArray &message, QMap<int, int> &captures) const
 {
-    if (message.size() != m_elements.size())
-        return false;
-    for (int i = 0; i < message.size(); ++i) {
-        const int byte = static_cast<unsigned char>(message.at(i));
-        const int element = m_elements.at(i);
-        if (element < 0)
-            captures.insert(~element, byte);
-        else if (element != byte)
-            return false;
-    }
-    return true;
+    return message.size() == m_elements.size() && matchAnswer(m_elements.constData(), message, captures);
 }

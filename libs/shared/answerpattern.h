@@ -32,3 +32,17 @@ public:
 private:
     QVector<int> m_elements;
 };
+
+/// AnswerPattern::match for as many elements at \a elements as \a message has bytes.
+inline bool matchAnswer(const int *elements, const QByteArray &message, QMap<int, int> &captures)
+{
+    const char *bytes = message.constData();
+    for (int i = 0; i < message.size(); ++i) {
+        const int byte = static_cast<unsigned char>(bytes[i]);
+        if (elements[i] < 0)
+            captures.insert(~elements[i], byte);
+        else if (elements[i] != byte)
+            return false;
+    }
+    return true;
+}

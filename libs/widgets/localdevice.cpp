@@ -1,6 +1,5 @@
 #include "localdevice.h"
 
-#include <answerpattern.h>
 #include <picout.h>
 #include <piqt.h>
 
@@ -207,13 +206,9 @@ bool LocalDevice::findAnswer(const QByteArray &message, int &answerID)
 {
     // Once for the message, not for each answer: what an answer captured before it failed stays.
     answerArguments.clear();
-    for (auto it = answers.cbegin(); it != answers.cend(); ++it) {
-        if (AnswerPattern(it.value()).match(message, answerArguments)) {
-            answerID = it.key();
-            return true;
-        }
-    }
-    return false;
+    if (!m_answerTable.isOf(answers))
+        m_answerTable = AnswerTable(answers);
+    return m_answerTable.find(message, answerID, answerArguments);
 }
 
 void LocalDevice::announceAnswer(int answerID)

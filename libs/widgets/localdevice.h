@@ -8,6 +8,7 @@
 #include <QVector>
 #include <QWidget>
 
+#include <answertable.h>
 #include <commandtext.h>
 #include <kelwidgetsexport.h>
 #include <pibytearray.h>
@@ -143,6 +144,7 @@ private:
     int m_twitchPinNumber = 18;
     bool m_twitchPinReadState = false;
     bool m_twitchPinSendState = true;
+    AnswerTable m_answerTable;                   ///< Of the answers when a message last came.
     QCache<QString, CommandText> m_commandTexts; ///< What was sent lately, already read.
 
     QImage m_icon;

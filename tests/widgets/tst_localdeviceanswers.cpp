@@ -13,6 +13,7 @@ private Q_SLOTS:
     void announced();
     void countedBeforeAnnounced();
     void capturesAreThoseOfTheLastMessage();
+    void answersMayChangeBetweenMessages();
     void logLine();
     void disabledTakesNothing();
     void disablingInASlotDoesNotStopTheReport();
@@ -89,6 +90,26 @@ void tst_LocalDeviceAnswers::capturesAreThoseOfTheLastMessage()
     device.receivedLocal("abc");
     QCOMPARE(device.answerArguments, (QMap<int, int>()));
     QCOMPARE(device.receivedCount, 2);
+}
+
+void tst_LocalDeviceAnswers::answersMayChangeBetweenMessages()
+{
+    BenchDevice device;
+    device.answers = {{1, {0x01}}, {2, {0x02}}};
+    const AnswerLog log(&device);
+    const StderrCapture quiet;
+    device.receivedLocal("\x01");
+    device.answers[1][0] = 0x02; // comes before the answer 2 that it now is
+    device.receivedLocal("\x02");
+    device.answers.remove(1);
+    device.receivedLocal("\x02");
+    device.answers.clear();
+    device.receivedLocal("\x02");
+    const QMap<int, QVector<int>> others{{3, {0x02}}};
+    device.answers = others;
+    device.receivedLocal("\x02");
+    QCOMPARE(log.entries, (QStringList{QStringLiteral("ID 1"), QStringLiteral("ID 1"), QStringLiteral("ID 2"),
+                                       QStringLiteral("ID 3")}));
 }
 
 void tst_LocalDeviceAnswers::logLine()
