@@ -1,9 +1,10 @@
 #include "compiledexpression.h"
 
+#include "expressionvariable.h"
+
 #include <mpParser.h>
 
 #include <cmath>
-#include <deque>
 #include <limits>
 #include <mutex>
 
@@ -90,11 +91,16 @@ void runStep(const Step &step, std::string &error)
 
 Complex toComplex(const mup::IValue &value)
 {
-    if (value.GetType() == 'b')
+    switch (value.GetType()) {
+    case 'b':
         return value.GetBool() ? 1.0 : 0.0;
-    if (value.IsScalar())
+    case 'c':
+    case 'f':
+    case 'i':
         return value.GetComplex();
-    throw mup::ParserError("The result is no number.");
+    default:
+        throw mup::ParserError("The result is no number.");
+    }
 }
 
 } // namespace
@@ -123,8 +129,7 @@ struct CompiledExpression::Private {
     }
 
     mup::ParserX parser;
-    std::vector<Variable> variables;
-    std::deque<mup::Value> values; // what the parser reads, one per variable; must not move
+    std::vector<Variable> variables; // the parser reads them where they are
 };
 
 std::unique_ptr<CompiledExpression> CompiledExpression::compile(const mup::ParserX &prototype, const std::string &text,
@@ -134,10 +139,8 @@ std::unique_ptr<CompiledExpression> CompiledExpression::compile(const mup::Parse
     auto parts = std::make_unique<Private>(prototype);
     parts->variables = variables;
     const auto prepare = [&] {
-        for (const Variable &variable : variables) {
-            parts->values.emplace_back(*variable.value);
-            parts->parser.DefineVar(variable.name, mup::Variable(&parts->values.back()));
-        }
+        for (const Variable &variable : variables)
+            parts->parser.DefineVar(variable.name, mup::Variable(&variable.value->value));
         parts->parser.SetExpr(text);
     };
     runStep(prepare, error);
@@ -159,11 +162,6 @@ CompiledExpression::~CompiledExpression() = default;
 std::complex<double> CompiledExpression::evaluate(std::string &error)
 {
     Complex result = std::numeric_limits<double>::quiet_NaN();
-    const auto compute = [&] {
-        for (size_t i = 0; i < d->values.size(); ++i)
-            d->values[i] = *d->variables[i].value;
-        result = toComplex(d->parser.Eval());
-    };
-    runStep(compute, error);
+    runStep([&] { result = toComplex(d->parser.Eval()); }, error);
     return result;
 }

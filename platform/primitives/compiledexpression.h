@@ -15,13 +15,15 @@ class ParserX;
 /// A parser with the functions, constants and operators of our expressions and no text yet.
 std::unique_ptr<mup::ParserX> makeExpressionParser();
 
-/// One parsed expression and the places of the variables that occur in it.
+struct ExpressionVariable;
+
+/// One parsed expression, which keeps the variables that occur in it alive.
 class CompiledExpression
 {
 public:
     struct Variable {
         std::string name;
-        std::shared_ptr<const std::complex<double>> value;
+        std::shared_ptr<ExpressionVariable> value;
     };
 
     /// Null, with a text in \a error, for what is no expression. \a text has passed the scanner and

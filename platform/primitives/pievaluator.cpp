@@ -2,6 +2,9 @@
 
 #include "compiledexpression.h"
 #include "expressionscanner.h"
+#include "expressionvariable.h"
+
+#include <QHash>
 
 #include <mpParser.h>
 
@@ -18,6 +21,12 @@ constexpr size_t MaximalKeptExpressions = 256;
 bool byName(const PIString &left, const PIString &right)
 {
     return left < right;
+}
+
+// Looks first whether both are copies of one text, which costs next to nothing.
+bool isSameText(const QString &left, const QString &right)
+{
+    return left.constData() == right.constData() ? left.size() == right.size() : left == right;
 }
 
 } // namespace
@@ -39,7 +48,7 @@ int PIEvaluatorContent::addVariable(const PIString &name, std::complex<double> v
     const int index = findVariable(name);
     if (setVariableValue(index, value))
         return index;
-    m_variables.push_back({name, std::make_shared<std::complex<double>>(value)});
+    m_variables.push_back({name, std::make_shared<ExpressionVariable>(value)});
     return variablesCount() - 1;
 }
 
@@ -47,7 +56,7 @@ bool PIEvaluatorContent::setVariableValue(int index, std::complex<double> value)
 {
     if (!isIndex(index))
         return false;
-    *m_variables[size_t(index)].value = value;
+    m_variables[size_t(index)].value->value = value;
     return true;
 }
 
@@ -67,7 +76,7 @@ PIString PIEvaluatorContent::variableName(int index) const
 
 std::complex<double> PIEvaluatorContent::variableValue(int index) const
 {
-    return isIndex(index) ? *m_variables[size_t(index)].value : std::complex<double>();
+    return isIndex(index) ? m_variables[size_t(index)].value->value.GetComplex() : std::complex<double>();
 }
 
 struct PIEvaluator::Expressions {
@@ -92,8 +101,9 @@ struct PIEvaluator::Expressions {
                                                 std::string &error);
 
     std::unique_ptr<mup::ParserX> parser; // what every expression is a copy of, made on first use
-    std::unordered_map<std::string, std::unique_ptr<CompiledExpression>> kept;
+    std::unordered_map<QString, std::unique_ptr<CompiledExpression>> kept;
     CompiledExpression *current = nullptr;
+    QString currentText; // of the current one
 };
 
 bool PIEvaluator::Expressions::resolveNames(const std::vector<std::string> &names, const PIEvaluatorContent &content,
@@ -137,19 +147,22 @@ PIEvaluator::~PIEvaluator() = default;
 bool PIEvaluator::check(const PIString &expression)
 {
     m_error.clear();
+    // Commands are sent again and again: often it is the very text that was checked last.
+    if (m_expressions->current && isSameText(m_expressions->currentText, expression.toUtf16()))
+        return true;
     m_expressions->current = nullptr;
-    const std::string text = expression.toUtf8();
     auto &kept = m_expressions->kept;
-    auto found = kept.find(text);
+    auto found = kept.find(expression.toUtf16());
     if (found == kept.end()) {
-        auto compiled = m_expressions->compile(text, m_content, m_error);
+        auto compiled = m_expressions->compile(expression.toUtf8(), m_content, m_error);
         if (!compiled)
             return false;
         if (kept.size() >= MaximalKeptExpressions)
             kept.clear();
-        found = kept.emplace(text, std::move(compiled)).first;
+        found = kept.emplace(expression.toUtf16(), std::move(compiled)).first;
     }
     m_expressions->current = found->second.get();
+    m_expressions->currentText = found->first;
     return true;
 }
 

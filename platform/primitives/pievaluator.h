@@ -9,6 +9,8 @@
 #include <memory>
 #include <vector>
 
+struct ExpressionVariable;
+
 /// The variables of an evaluator, numbered from 0. Any text is a name; an expression can use those
 /// that are an identifier (a letter or "_", then letters, digits and "_", all of ASCII), that name no
 /// function or constant, are not "and" or "or" and do not begin with "true" or "false".
@@ -33,7 +35,7 @@ private:
 
     struct Variable {
         PIString name;
-        std::shared_ptr<std::complex<double>> value; // shared with the expressions that use it
+        std::shared_ptr<ExpressionVariable> value; // shared with the expressions that use it
     };
 
     bool isIndex(int index) const { return index >= 0 && index < variablesCount(); }
