@@ -96,6 +96,7 @@ int PIGSerial::writeDevice(const void *data, int size)
     PIByteArray block(data, size);
     const std::lock_guard<PIMutex> lock(m_queueMutex);
     m_queue.enqueue(std::move(block));
+    m_writeTimer.wake();
     return size;
 }
 
@@ -107,8 +108,12 @@ bool PIGSerial::takeOldest(PIByteArray &block)
         m_unsent.reset();
         return true;
     }
-    if (m_queue.isEmpty())
+    if (m_queue.isEmpty()) {
+        // Under the lock, so that a block that comes now wakes the timer.
+        if (m_onWire->isEmpty())
+            m_writeTimer.rest();
         return false;
+    }
     block = m_queue.dequeue();
     return true;
 }
@@ -176,6 +181,7 @@ PISerial::Fate PIGSerial::send(const PIByteArray &block)
     const Written written = sendFramed(block);
     if (written.fate == Fate::Taken) {
         m_onWire->add(block, written.connection);
+        m_writeTimer.wake(); // to settle it
         settleWire();
     }
     return written.fate;

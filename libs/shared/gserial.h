@@ -57,8 +57,8 @@ public:
     void configureFromFullPathDevice(const PIString &text) override;
     PIString fullPathDeviceError(const PIString &text) const override;
 
-    /// Sends the oldest block; the handler "tickWrite" of the write timer. Does nothing while the port
-    /// is away.
+    /// Sends the oldest block; the handler "tickWrite" of the write timer, which rests while there is none. Does
+    /// nothing while the port is away.
     void tickWrite();
 
     /// Sends \a block now: send level, write, wait for its time on the wire, read level. The read

@@ -27,6 +27,7 @@ public:
             return false;
         m_period = period;
         m_running = true;
+        m_resting = false;
         m_begin = Clock::now();
         m_index = 1;
         m_due = m_begin + m_period;
@@ -57,6 +58,27 @@ public:
             thread.detach();
         else
             thread.join();
+    }
+
+    void rest()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_resting = true;
+    }
+
+    void wake()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_resting)
+            return;
+        m_resting = false;
+        // What was due meanwhile is left out. A tick that runs now decides itself when the next is due.
+        const Clock::time_point now = Clock::now();
+        if (m_running && !m_ticking && m_due <= now) {
+            m_index = (now - m_begin) / m_period + 1;
+            m_due = m_begin + m_index * m_period;
+        }
+        m_changed.notify_all();
     }
 
     bool isRunning() const
@@ -101,7 +123,7 @@ private:
         std::unique_lock lock(m_mutex);
         m_threadId = std::this_thread::get_id();
         while (!m_finished) {
-            if (!m_running)
+            if (!m_running || m_resting)
                 m_changed.wait(lock);
             else if (Clock::now() < m_due)
                 m_changed.wait_until(lock, m_due);
@@ -144,6 +166,7 @@ private:
     Clock::rep m_index = 0; // of the next tick, counted from m_begin
     unsigned long long m_tickCount = 0;
     bool m_running = false;
+    bool m_resting = false;
     bool m_ticking = false;
     bool m_finished = false;
 };
@@ -171,6 +194,16 @@ bool PITimer::start(int periodMs)
 void PITimer::stop()
 {
     m_clockwork->stop();
+}
+
+void PITimer::rest()
+{
+    m_clockwork->rest();
+}
+
+void PITimer::wake()
+{
+    m_clockwork->wake();
 }
 
 bool PITimer::isRunning() const

@@ -33,8 +33,13 @@ public:
     /// Ends the ticks and waits for one that is running, unless called inside it.
     void stop();
 
-    bool isRunning() const;
-    int periodMs() const; ///< Of the last start, 0 before the first.
+    /// Leaves ticks out until wake(), so that the thread sleeps while a handler has nothing to do. The timer
+    /// runs on: its ticks stay due when they were.
+    void rest();
+    void wake(); ///< Ends the rest, if there is one: the next tick comes when one is due.
+
+    bool isRunning() const; ///< Also while it rests.
+    int periodMs() const;   ///< Of the last start, 0 before the first.
 
 private:
     class Clockwork;

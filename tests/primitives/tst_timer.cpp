@@ -86,6 +86,10 @@ private Q_SLOTS:
     void targetMayDieWhileTicking();
     void usedFromSeveralThreads();
     void idleTimerUsesNoProcessorTime();
+    void restLeavesTicksOut();
+    void wakeKeepsTheGrid();
+    void restAndWakeInsideATick();
+    void restAndWakeWithoutAStart();
 };
 
 void tst_Timer::namesItself()
@@ -433,6 +437,71 @@ void tst_Timer::idleTimerUsesNoProcessorTime()
     std::this_thread::sleep_for(milliseconds(400));
     const double usedMs = 1000.0 * double(std::clock() - before) / CLOCKS_PER_SEC;
     QVERIFY2(usedMs < 12.0, qPrintable(QString::number(usedMs)));
+}
+
+void tst_Timer::restLeavesTicksOut()
+{
+    PITimer timer;
+    TickTarget target(&timer);
+    target.inside = [&](int) { timer.rest(); };
+    timer.start(5);
+    QTRY_COMPARE(target.count(), 1);
+    QTest::qWait(50);
+    QCOMPARE(target.count(), 1);
+    QVERIFY(timer.isRunning());
+    timer.wake();
+    QTRY_COMPARE(target.count(), 2);
+    timer.start(5); // ends a rest as well
+    QTRY_COMPARE(target.count(), 3);
+}
+
+void tst_Timer::wakeKeepsTheGrid()
+{
+    PITimer timer;
+    TickTarget target(&timer);
+    target.inside = [&](int) { timer.rest(); };
+    const auto begin = Clock::now();
+    timer.start(50);
+    QTRY_COMPARE(target.count(), 1);
+    QTest::qWait(120); // rests over two periods
+    const auto woken = Clock::now();
+    timer.wake();
+    QTRY_COMPARE(target.count(), 2);
+    const auto second = target.ticks().at(1);
+    const auto sinceBegin = second - begin;
+    // At its place on the grid, not at once: as late after one as the timer was, and never before.
+    const auto nextOnGrid = begin + ((woken - begin) / milliseconds(50) + 1) * milliseconds(50);
+    QVERIFY(second >= nextOnGrid);
+    QVERIFY(sinceBegin >= milliseconds(200));
+}
+
+void tst_Timer::restAndWakeInsideATick()
+{
+    PITimer timer;
+    TickTarget target(&timer);
+    target.inside = [&](int) {
+        timer.rest();
+        timer.wake();
+    };
+    timer.start(20);
+    QTRY_VERIFY(target.count() >= 6);
+    timer.stop();
+    const auto ticks = target.ticks();
+    for (size_t i = 1; i < ticks.size(); ++i)
+        QVERIFY(ticks[i] - ticks[i - 1] >= milliseconds(19));
+}
+
+void tst_Timer::restAndWakeWithoutAStart()
+{
+    PITimer timer;
+    timer.rest();
+    timer.wake();
+    QVERIFY(!timer.isRunning());
+    timer.start(5);
+    timer.stop();
+    timer.rest();
+    timer.wake();
+    QVERIFY(!timer.isRunning());
 }
 
 KEL_TEST_MAIN(tst_Timer)
