@@ -3,6 +3,7 @@
 #include "testmain.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
@@ -49,7 +50,9 @@ private Q_SLOTS:
     void readerFollowsTheGuide();
     void guideShowsTheExample_data();
     void guideShowsTheExample();
+    void picturesAndLinksAreThere_data();
     void picturesAndLinksAreThere();
+    void everyDocumentIsListed();
 
 private:
     void follow(const GuideStep &step);
@@ -214,15 +217,44 @@ void tst_Guide::guideShowsTheExample()
     QCOMPARE(shown, exampleText(QStringLiteral("workshop/") + file));
 }
 
+void tst_Guide::picturesAndLinksAreThere_data()
+{
+    QTest::addColumn<QString>("page");
+
+    const QDir source(QStringLiteral(KEL_SOURCE_DIR));
+    for (const QString &page : source.entryList({QStringLiteral("*.md")}, QDir::Files))
+        QTest::newRow(qPrintable(page)) << page;
+    QDirIterator docs(source.filePath(QStringLiteral("docs")), {QStringLiteral("*.md")}, QDir::Files,
+                      QDirIterator::Subdirectories);
+    while (docs.hasNext()) {
+        const QString page = source.relativeFilePath(docs.next());
+        QTest::newRow(qPrintable(page)) << page;
+    }
+}
+
 void tst_Guide::picturesAndLinksAreThere()
 {
-    const QDir docs(QStringLiteral(KEL_SOURCE_DIR "/docs"));
+    QFETCH(QString, page);
+    const QDir folder = QFileInfo(QStringLiteral(KEL_SOURCE_DIR "/") + page).dir();
     static const QRegularExpression link(QStringLiteral(R"(\]\(([^)#]+)[^)]*\))"));
-    auto found = link.globalMatch(readText(QStringLiteral("docs/guide.md")));
-    QVERIFY(found.hasNext());
+    auto found = link.globalMatch(readText(page));
     while (found.hasNext()) {
         const QString target = found.next().captured(1);
-        QVERIFY2(docs.exists(target), qPrintable(target));
+        if (!target.startsWith(QLatin1String("https:")))
+            QVERIFY2(folder.exists(target), qPrintable(target));
+    }
+}
+
+/// Whoever looks for a page finds it in the list of documents.
+void tst_Guide::everyDocumentIsListed()
+{
+    const QDir docs(QStringLiteral(KEL_SOURCE_DIR "/docs"));
+    const QString list = readText(QStringLiteral("docs/README.md"));
+    for (const char *folder : {"", "formats/"}) {
+        for (const QString &page : QDir(docs.filePath(QLatin1String(folder))).entryList({QStringLiteral("*.md")})) {
+            if (page != QLatin1String("README.md"))
+                QVERIFY2(list.contains(QStringLiteral("(%1%2)").arg(QLatin1String(folder), page)), qPrintable(page));
+        }
     }
 }
 
