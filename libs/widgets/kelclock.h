@@ -26,16 +26,8 @@ class KEL_WIDGETS_EXPORT KelClock : public QWidget
     Q_PROPERTY(float h__anim1 READ h__anim1 WRITE s_anim1 DESIGNABLE false STORED false)
 
 public:
-    /// A hand. Lengths are shares of a face's radius, angles radians clockwise from 12 o'clock.
-    struct Arrow {
-        float width;
-        float length;
-        float opacity;
-        float targetAngle = 0.0F;
-        float currentAngle = 0.0F; ///< As shown.
-    };
-
-    class _NumericCircle; ///< A face; the children in the clock's layout are of this class.
+    struct Arrow;
+    class _NumericCircle;
 
     explicit KelClock(QWidget *parent = nullptr);
 

@@ -41,13 +41,6 @@ int threads()
     return entriesOf("/proc/self/task");
 }
 
-bool waitUntil(const std::function<bool()> &condition)
-{
-    for (int i = 0; i < 20000 && !condition(); ++i)
-        std::this_thread::sleep_for(1ms);
-    return condition();
-}
-
 /// Fails every other call of \a kind with \a error.
 FaultyLine::Script everyOther(Kind kind, int error)
 {

@@ -13,6 +13,14 @@
 #include <memory>
 #include <thread>
 
+/// Waits for \a condition, 20 seconds at most; what it is then. Any thread.
+inline bool waitUntil(const std::function<bool()> &condition)
+{
+    for (int i = 0; i < 20000 && !condition(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return condition();
+}
+
 /// Pin 18, low while reading, high while sending.
 struct FaultBench {
     /// What several benches share: one of each can exist at a time.
@@ -66,8 +74,7 @@ struct FaultBench {
         line.setScript(nullptr);
         if (!serial->open())
             return false;
-        for (int i = 0; i < 5000 && !serial->isOpened(); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        waitUntil([this] { return serial->isOpened(); });
         line.readTaken();
         for (size_t i = 0; i <= books.count(); ++i) {
             tick(1);

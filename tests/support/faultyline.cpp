@@ -249,6 +249,14 @@ int clock_gettime(clockid_t clock, timespec *time) noexcept
 
 } // extern "C"
 
+void watchLine(const std::string &path, FaultyLine::Script script)
+{
+    const auto line = std::make_shared<FaultyLine::State>();
+    line->script = std::move(script);
+    const std::lock_guard<std::mutex> lock(watched().mutex);
+    watched().lines[path] = line;
+}
+
 void setSleepWatch(std::function<void()> watch)
 {
     const std::lock_guard<std::mutex> lock(watched().mutex);

@@ -77,6 +77,9 @@ private:
     size_t m_receivedHere = 0; ///< Since the line came (back).
 };
 
+/// Puts \a script between the program and the descriptors that it opens by \a path, until it ends.
+void watchLine(const std::string &path, FaultyLine::Script script);
+
 /// A sleep of the program, whatever its descriptors; null for none. Any thread.
 void setSleepWatch(std::function<void()> watch);
 
