@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFileInfo>
-#include <QImage>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -47,6 +46,7 @@ private Q_SLOTS:
     void steps();
     void difference_data();
     void difference();
+    void readerFollowsTheGuide_data();
     void readerFollowsTheGuide();
     void guideShowsTheExample_data();
     void guideShowsTheExample();
@@ -60,7 +60,7 @@ private:
     void startWhatGoesOn(const GuideStep &step);
     std::unique_ptr<QProcess> start(const GuideStep &step, bool isReplaced);
 
-    QTemporaryDir m_folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
     std::vector<std::unique_ptr<QProcess>> m_goingOn;
 };
 
@@ -130,7 +130,7 @@ std::unique_ptr<QProcess> tst_Guide::start(const GuideStep &step, bool isReplace
     const QString programs = QFileInfo(kelProgramPath()).absolutePath();
     environment.insert(QStringLiteral("PATH"), programs + QLatin1Char(':') + environment.value(QStringLiteral("PATH")));
     process->setProcessEnvironment(environment);
-    process->setWorkingDirectory(m_folder.path());
+    process->setWorkingDirectory(m_folder->path());
     process->start(QStringLiteral("/bin/sh"),
                    {QStringLiteral("-ec"), (isReplaced ? QStringLiteral("exec ") : QString()) + step.text});
     return process;
@@ -173,17 +173,33 @@ void tst_Guide::follow(const GuideStep &step)
     } else if (step.kind == GuideStep::GoesOn) {
         startWhatGoesOn(step);
     } else if (step.kind == GuideStep::SaveFile) {
-        QFile file(m_folder.filePath(step.file));
+        QFile file(m_folder->filePath(step.file));
         QVERIFY2(!step.text.isEmpty(), qPrintable(step.file));
         QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(step.file));
         file.write(step.text.toUtf8());
     }
 }
 
+void tst_Guide::readerFollowsTheGuide_data()
+{
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<int>("stepCount"); // At least; so none is overlooked.
+
+    QTest::newRow("guide") << QStringLiteral("docs/guide.md") << 12;
+    QTest::newRow("readme") << QStringLiteral("README.md") << 6;
+}
+
 void tst_Guide::readerFollowsTheGuide()
 {
-    const QVector<GuideStep> steps = guideSteps(readText(QStringLiteral("docs/guide.md")), exampleText);
-    QVERIFY(steps.size() > 8);
+    QFETCH(QString, page);
+    QFETCH(int, stepCount);
+    m_folder = std::make_unique<QTemporaryDir>();
+    QDir(m_folder->path()).mkpath(QStringLiteral("build/dev"));
+    QVERIFY(
+        QFile::link(QFileInfo(kelProgramPath()).absolutePath(), m_folder->filePath(QStringLiteral("build/dev/bin"))));
+
+    const QVector<GuideStep> steps = guideSteps(readText(page), exampleText);
+    QVERIFY2(steps.size() >= stepCount, qPrintable(QString::number(steps.size())));
     for (const GuideStep &step : steps) {
         follow(step);
         if (QTest::currentTestFailed())
@@ -194,27 +210,30 @@ void tst_Guide::readerFollowsTheGuide()
         QVERIFY(process->waitForFinished(PatienceMs));
         QCOMPARE(process->exitStatus(), QProcess::NormalExit);
     }
-    QVERIFY(QImage(m_folder.filePath(QStringLiteral("workshop.png"))).width() > 100);
+    m_goingOn.clear();
 }
 
 void tst_Guide::guideShowsTheExample_data()
 {
-    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("page");
+    QTest::addColumn<QString>("example");
 
-    const QDir example(QStringLiteral(KEL_SOURCE_DIR "/examples/workshop"));
-    for (const QString &file : example.entryList(QDir::Files))
-        QTest::newRow(qPrintable(file)) << file;
+    const QDir workshop(QStringLiteral(KEL_SOURCE_DIR "/examples/workshop"));
+    for (const QString &file : workshop.entryList(QDir::Files))
+        QTest::newRow(qPrintable(file)) << QStringLiteral("docs/guide.md") << QStringLiteral("workshop/") + file;
+    QTest::newRow("first.ui") << QStringLiteral("README.md") << QStringLiteral("first/first.ui");
 }
 
 void tst_Guide::guideShowsTheExample()
 {
-    QFETCH(QString, file);
+    QFETCH(QString, page);
+    QFETCH(QString, example);
     QString shown;
-    for (const GuideStep &step : guideSteps(readText(QStringLiteral("docs/guide.md")), exampleText)) {
-        if (step.kind == GuideStep::SaveFile && step.file == file)
+    for (const GuideStep &step : guideSteps(readText(page), exampleText)) {
+        if (step.kind == GuideStep::SaveFile && step.file == QFileInfo(example).fileName())
             shown = step.text;
     }
-    QCOMPARE(shown, exampleText(QStringLiteral("workshop/") + file));
+    QCOMPARE(shown, exampleText(example));
 }
 
 void tst_Guide::picturesAndLinksAreThere_data()
