@@ -134,6 +134,8 @@ void KelLight::resizeEvent(QResizeEvent *event)
 
 void KelLight::scalePictures()
 {
+    if (testAttribute(Qt::WA_PendingResizeEvent))
+        return; // that event comes before the first painting, and with the size that counts
     const QSize size = KelLightGeometry::layout(this->size(), {m_binary, m_barSize, m_angleShift}).picture.size();
     const qreal ratio = devicePixelRatioF();
     if (size == m_pictureSize && ratio == m_pictureRatio)

@@ -3,6 +3,7 @@
 #include <QBoxLayout>
 #include <QEvent>
 #include <QPainter>
+#include <QPixmapCache>
 #include <QToolButton>
 #include <scaling.h>
 
@@ -11,16 +12,22 @@ namespace
 
 constexpr float IconFontHeights = 1.4f;
 
-/// The drawing \a name with its black replaced by \a color.
+/// The drawing \a name with its black replaced by \a color. All plots of a panel show the same few.
 QPixmap tinted(const QString &name, const QColor &color)
 {
+    const QString key = QStringLiteral("kel tool %1 %2").arg(name, color.name(QColor::HexArgb));
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap))
+        return pixmap;
     QImage image =
         QImage(QStringLiteral(":/toolkit/icons/%1.png").arg(name)).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
     painter.end();
-    return QPixmap::fromImage(image);
+    pixmap = QPixmap::fromImage(image);
+    QPixmapCache::insert(key, pixmap);
+    return pixmap;
 }
 
 } // namespace
