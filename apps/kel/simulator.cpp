@@ -1,6 +1,7 @@
 #include "simulator.h"
 
 #include "command.h"
+#include "requestsplit.h"
 
 #include <QFile>
 #include <QTimer>
@@ -46,7 +47,7 @@ Simulator::Simulator(std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog 
     m_distance.setTimerType(Qt::PreciseTimer);
     connect(&m_distance, &QTimer::timeout, this, &Simulator::sendWaiting);
     connect(m_line.get(), &SimulatorLine::received, &m_gap, &MessageGap::add);
-    connect(&m_gap, &MessageGap::message, this, &Simulator::answer);
+    connect(&m_gap, &MessageGap::message, this, &Simulator::hear);
 }
 
 Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine> line, int gapMs, TrafficLog log,
@@ -56,6 +57,8 @@ Simulator::Simulator(const SimulatorRules &rules, std::unique_ptr<SimulatorLine>
     for (const SimulatorDeviceRules &device : rules.devices) {
         m_devices.emplace_back(device, [this](const QString &error) { m_log.note(error); });
         startReports(m_devices.back());
+        for (const SimulatorRule &rule : device.rules)
+            m_requests << rule.request;
     }
 }
 
@@ -89,6 +92,13 @@ void Simulator::startReports(SimulatedDevice &device)
                 [this, &device, i] { sendLater(device.report(i), device.rules().name); });
         timer->start(device.rules().reports.at(i).periodMs);
     }
+}
+
+void Simulator::hear(const QByteArray &bytes)
+{
+    const QVector<QByteArray> messages = m_replay ? QVector<QByteArray>{bytes} : requestsIn(bytes, m_requests);
+    for (const QByteArray &message : messages)
+        answer(message);
 }
 
 void Simulator::answer(const QByteArray &message)

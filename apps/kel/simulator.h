@@ -19,7 +19,8 @@
 
 /// Lets the devices of a rules file live on a line: hands them the requests, sends their replies when
 /// their delay is over, starts their reports, and prints the traffic. Messages of different devices keep a
-/// distance of two gaps, so that they do not run together at the far end. One thread with an event loop.
+/// distance of two gaps, so that they do not run together at the far end; requests that ran together on the
+/// way here are told apart. One thread with an event loop.
 class Simulator : public QObject
 {
     Q_OBJECT
@@ -43,6 +44,7 @@ private:
 
     void open();
     void startReports(SimulatedDevice &device);
+    void hear(const QByteArray &bytes);
     void answer(const QByteArray &message);
     void sendLater(const QVector<SimulatorReply> &replies, const QString &device);
     void send(const QByteArray &bytes, const QString &device);
@@ -62,6 +64,7 @@ private:
     QElapsedTimer m_sinceSent;
     QString m_lastDevice;
     int m_distanceMs;
+    QVector<AnswerPattern> m_requests; ///< Of all devices, in file order.
     std::optional<TrafficReplay> m_replay;
     QTimer m_opening;                      ///< Runs until somebody hears what a log begins with.
     std::deque<SimulatedDevice> m_devices; // stays in its place: reports refer to their device

@@ -26,8 +26,16 @@ class KEL_WIDGETS_EXPORT KelClock : public QWidget
     Q_PROPERTY(float h__anim1 READ h__anim1 WRITE s_anim1 DESIGNABLE false STORED false)
 
 public:
-    struct Arrow;
-    class _NumericCircle;
+    /// A hand. Lengths are shares of a face's radius, angles radians clockwise from 12 o'clock.
+    struct Arrow {
+        float width;
+        float length;
+        float opacity;
+        float targetAngle = 0.0F;
+        float currentAngle = 0.0F; ///< As shown.
+    };
+
+    class _NumericCircle; ///< A face; the children in the clock's layout are of this class.
 
     explicit KelClock(QWidget *parent = nullptr);
 

@@ -9,6 +9,8 @@
 /// A face with its rings of numbers and its hands. Its highlighted text is the picked number.
 class KelClock::_NumericCircle : public QWidget
 {
+    Q_OBJECT
+
 public:
     _NumericCircle(QVector<ClockRing> rings, QVector<Arrow> hands, KelClock *clock);
 

@@ -17,15 +17,6 @@ class QPalette;
 /// Half a turn. Single precision, as the hands are.
 inline constexpr float ClockPi = 3.1415927F;
 
-/// A hand. Lengths are shares of the face's radius, angles radians clockwise from 12 o'clock.
-struct KelClock::Arrow {
-    float width;
-    float length;
-    float opacity;
-    float targetAngle = 0.0F;
-    float currentAngle = 0.0F; ///< As shown.
-};
-
 /// A number of a ring: the angle of its place and its text.
 using ClockNumber = QPair<qreal, QString>;
 using ClockRing = QVector<ClockNumber>;

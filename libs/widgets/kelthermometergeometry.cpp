@@ -66,7 +66,7 @@ ScaleSteps chooseSteps(double pixelsPerNumber, int labelHeight)
 {
     if (!(pixelsPerNumber < 1.0))
         return {};
-    const double label = labelStep(pixelsPerNumber, std::max(1, 2 * labelHeight));
+    const double label = labelStep(pixelsPerNumber, labelHeight + 1); // a pixel between them
     for (const double tick : {5.0, 10.0}) {
         if (tick * pixelsPerNumber >= 1.0)
             return {tick, label};
@@ -152,8 +152,8 @@ QPointF liquidHighlight(const ThermometerGeometry &geometry)
 
 double numberAt(const ThermometerGeometry &geometry, const ThermometerBounds &bounds, int y)
 {
-    const float down = (static_cast<float>(y) - geometry.bulbRadius / 2.0F) / geometry.scaleLength;
-    const double share = toDouble(1.0F - down);
+    const double down = (y - toDouble(geometry.bulbRadius) / 2.0) / toDouble(geometry.scaleLength);
+    const double share = toDouble(static_cast<float>(1.0 - down));
     const double range = bounds.top - bounds.bottom;
     if (std::isfinite(range))
         return share * range + bounds.bottom;

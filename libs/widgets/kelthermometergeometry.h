@@ -72,6 +72,6 @@ struct ThermometerTick {
 
 /// The lines of the scale, from the bottom to the top: one for each whole number. Lines that would share a
 /// row of pixels are left out: first the ones, then the fives; of the tens then only those remain whose
-/// labels, \a labelHeight pixels high, have as much room between them. So there are never more lines than pixels.
+/// labels, \a labelHeight pixels high, do not touch. So there are never more lines than pixels.
 KEL_WIDGETS_EXPORT QVector<ThermometerTick> thermometerTicks(const ThermometerGeometry &geometry,
                                                              const ThermometerBounds &bounds, int labelHeight);

@@ -113,8 +113,8 @@ public:
     /// Whether an update would be seen: the plot is visible and its canvas has a size.
     bool isReadyToRepaint() const;
 
-    /// How far behind the greatest x of a curve its points are kept, in units of x; older ones are
-    /// dropped. Negative (at first -1) keeps everything. Not-a-number is ignored.
+    /// How far behind the x of a curve's newest point, the one given last, its points are kept, in units
+    /// of x; older ones are dropped. Negative (at first -1) keeps everything. Not-a-number is ignored.
     void setHistorySize(double distance);
     double historySize() const { return m_historySize; }
 

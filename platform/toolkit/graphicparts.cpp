@@ -277,9 +277,11 @@ void GraphicParts::arrange()
     const int needed = toolBar->sizeHint().width() + m_top->spacing() + legend->sizeHint().width();
     const bool isRow = toolBar->isHidden() || needed <= graphic.width();
     m_top->setDirection(isRow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    // The curves come first: of a long legend only whole rows in its share of the height are seen.
+    // The curves come first: of a long legend only whole rows in its share of the height are seen. A row
+    // beside the tool bar takes nothing from them.
     const int row = std::max(1, legend->rowHeight());
-    legend->setMaximumHeight(graphic.height() / LegendShare / row * row);
+    const int beside = isRow && !toolBar->isHidden() ? row : 0;
+    legend->setMaximumHeight(std::max(graphic.height() / LegendShare / row * row, beside));
 }
 
 void GraphicParts::showLegend()

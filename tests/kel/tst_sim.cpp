@@ -3,6 +3,7 @@
 
 #include <messagegap.h>
 #include <ptyline.h>
+#include <requestsplit.h>
 #include <simulator.h>
 
 #include <QElapsedTimer>
@@ -161,6 +162,9 @@ class tst_Sim : public QObject
 private Q_SLOTS:
     void answersOnPseudoTerminal();
     void piecesOfARequestBelongTogether();
+    void requestsThatRanTogether_data();
+    void requestsThatRanTogether();
+    void lateReaderAnswersAll();
     void portMayBeClosedAndOpenedAgain();
     void linkLeadsToThePortAndGoes();
     void linkOfAKilledSimulatorIsReplaced();
@@ -207,6 +211,56 @@ void tst_Sim::piecesOfARequestBelongTogether()
     QVERIFY(port.write(hex("07")));
     QVERIFY(port.write(hex("01")));
     QCOMPARE(port.read(3), hex("a20701"));
+}
+
+void tst_Sim::requestsThatRanTogether_data()
+{
+    QTest::addColumn<QStringList>("patterns");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QStringList>("requests");
+
+    const QStringList two = {"A1 01 %0", "A1 02"};
+    QTest::newRow("one") << two << QByteArray("a10105") << QStringList{"a10105"};
+    QTest::newRow("two") << two << QByteArray("a10105a102") << QStringList{"a10105", "a102"};
+    QTest::newRow("one twice") << two << QByteArray("a102a102") << QStringList{"a102", "a102"};
+    QTest::newRow("with a rest") << two << QByteArray("a102a1") << QStringList{"a102a1"};
+    QTest::newRow("with a beginning") << two << QByteArray("01a102") << QStringList{"01a102"};
+    QTest::newRow("unknown") << two << QByteArray("a103") << QStringList{"a103"};
+    QTest::newRow("nothing") << two << QByteArray() << QStringList{""};
+    QTest::newRow("no patterns") << QStringList() << QByteArray("a102") << QStringList{"a102"};
+    QTest::newRow("the whole counts first") << QStringList{"%0", "%0 %1"} << QByteArray("a102") << QStringList{"a102"};
+    QTest::newRow("the earlier counts more")
+        << QStringList{"%0 %1", "%0"} << QByteArray("a1a2a3") << QStringList{"a1a2", "a3"};
+    QTest::newRow("the earlier leads nowhere")
+        << QStringList{"%0 %1", "A1"} << QByteArray("a1a2a3") << QStringList{"a1", "a2a3"};
+    QTest::newRow("an empty pattern") << QStringList{"", "A1"} << QByteArray("a1a2") << QStringList{"a1a2"};
+    QTest::newRow("too much to look at") << QStringList{"A1"} << QByteArray("a1").repeated(257)
+                                         << QStringList{QStringLiteral("a1").repeated(257)};
+}
+
+void tst_Sim::requestsThatRanTogether()
+{
+    QFETCH(QStringList, patterns);
+    QFETCH(QByteArray, bytes);
+    QFETCH(QStringList, requests);
+    QVector<AnswerPattern> known;
+    for (const QString &pattern : patterns)
+        known << AnswerPattern::fromText(pattern, 0);
+    QStringList cut;
+    for (const QByteArray &request : requestsIn(QByteArray::fromHex(bytes), known))
+        cut << QString::fromLatin1(request.toHex());
+    QCOMPARE(cut, requests);
+}
+
+void tst_Sim::lateReaderAnswersAll()
+{
+    const QTemporaryDir folder;
+    RunningSim sim(folder, {});
+    const Port port(sim.place());
+    QVERIFY(port.write(hex("a10701a10701")));
+    QCOMPARE(port.read(6), hex("a20701a20700"));
+    QVERIFY(port.write(hex("a10701a10801"))); // Another's in it.
+    QVERIFY(sim.prints("device <- A1 07 01 A1 08 01  no rule for it\n"));
 }
 
 void tst_Sim::portMayBeClosedAndOpenedAgain()

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void toolBarShowsItsButtons();
     void readyOnlyWhenSeen();
     void fitsIntoSmallPlaces();
+    void lowPlotKeepsItsLegend();
     void everythingBeforeItIsShown();
 };
 
@@ -313,6 +314,21 @@ void tst_Graphic::fitsIntoSmallPlaces()
         // The curves come first.
         const auto *legend = plot.findChild<QWidget *>(QStringLiteral("legend"));
         QVERIFY(legend->height() <= plot.height() / 5);
+    }
+}
+
+void tst_Graphic::lowPlotKeepsItsLegend()
+{
+    Graphic plot;
+    plot.setGraphicsCount(1, true);
+    plot.graphic(0).name = QStringLiteral("Level");
+    plot.updateLegend(true);
+    for (const int height : {90, 110, 400}) {
+        plot.resize(400, height);
+        plot.grab();
+        const auto *entry = plot.findChild<QWidget *>(QStringLiteral("legend"))->findChild<QAbstractButton *>();
+        QVERIFY(entry->height() >= entry->fontMetrics().height());
+        QVERIFY(entry->parentWidget()->height() >= entry->height());
     }
 }
 

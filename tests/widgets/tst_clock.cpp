@@ -125,6 +125,7 @@ void tst_Clock::faces()
         QCOMPARE(faceOf(clock, i)->sizeHint(), QSize(128, 128));
         QCOMPARE(faceOf(clock, i)->minimumSizeHint(), QSize(32, 32));
         QCOMPARE(faceOf(clock, i)->parentWidget(), &clock);
+        QCOMPARE(faceOf(clock, i)->metaObject()->className(), "KelClock::_NumericCircle");
     }
 }
 

@@ -217,8 +217,8 @@ void tst_ThermometerGeometry::numberIsSinglePrecision()
     const ThermometerGeometry geometry = layoutThermometer(QSize(120, 300));
     int different = 0;
     for (int y = 14; y < 247; ++y) {
-        const float down = (float(y) - geometry.bulbRadius / 2) / geometry.scaleLength;
-        const double expected = double(1 - down) * 100.0 - 50.0;
+        const double down = (y - double(geometry.bulbRadius) / 2) / double(geometry.scaleLength);
+        const double expected = double(float(1 - down)) * 100.0 - 50.0;
         QVERIFY(numberAt(geometry, {-50.0, 50.0}, y) == expected); // to the bit
         const double exact = (1.0 - (y - 120 / 9.0) / (300 - 2.5 * 120 / 4.5)) * 100.0 - 50.0;
         different += expected == exact ? 0 : 1;
@@ -282,12 +282,13 @@ void tst_ThermometerGeometry::ticks_data()
     QTest::newRow("crossed") << 10.0 << 0.0 << "";
     QTest::newRow("crossed within a number") << 0.9 << 0.2 << "L0";
     QTest::newRow("every pixel") << 0.0 << 35.0 << "L0ssssmssssL10ssssmssssL20ssssmssssL30ssssm";
-    QTest::newRow("ones would share pixels") << 0.0 << 36.0 << "L0mLmL20mLm";
-    QTest::newRow("room between labels") << -50.0 << 50.0 << "L-50mLmLmLmLmL0mLmLmLmLmL50";
-    QTest::newRow("fives would, too") << 0.0 << 180.0 << "L0LLLLLLLLLL100LLLLLLLL";
-    QTest::newRow("tens would, too") << 0.0 << 1000.0 << "L0L500L1000";
+    QTest::newRow("ones would share pixels") << 0.0 << 36.0 << "L0mL10mL20mL30m";
+    QTest::newRow("labels with no pixel between them") << 0.0 << 51.0 << "L0mLmL20mLmL40mL";
+    QTest::newRow("room between labels") << -50.0 << 50.0 << "LmL-40mLmL-20mLmL0mLmL20mLmL40mL";
+    QTest::newRow("fives would, too") << 0.0 << 180.0 << "L0LLLLL50LLLLL100LLLLL150LLL";
+    QTest::newRow("tens would, too") << 0.0 << 1000.0 << "L0L200L400L600L800L1000";
     QTest::newRow("a million") << -5e5 << 5e5 << "L-500000L0L500000";
-    QTest::newRow("very large") << 0.0 << 1e20 << "L0L5e+19L1e+20";
+    QTest::newRow("very large") << 0.0 << 1e20 << "L0L2e+19L4e+19L6e+19L8e+19L1e+20";
 }
 
 void tst_ThermometerGeometry::ticks()

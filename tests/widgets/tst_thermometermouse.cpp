@@ -39,7 +39,7 @@ static double valueAt(const QSize &size, int y)
     const float width = float(size.width());
     const float height = float(size.height());
     const float r = qMin(width, height) / qBound(2.0f, 7 - height / width, 7.0f);
-    const float u = 1 - (float(y) - r / 2) / (height - 2.5f * r);
+    const auto u = float(1 - (y - double(r) / 2) / double(height - 2.5f * r));
     return qBound(-50.0, double(u) * 100.0 - 50.0, 50.0);
 }
 
