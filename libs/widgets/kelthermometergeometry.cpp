@@ -66,7 +66,7 @@ ScaleSteps chooseSteps(double pixelsPerNumber, int labelHeight)
 {
     if (!(pixelsPerNumber < 1.0))
         return {};
-    const double label = labelStep(pixelsPerNumber, labelHeight + 1); // a pixel between them
+    const double label = labelStep(pixelsPerNumber, std::max(1, labelHeight));
     for (const double tick : {5.0, 10.0}) {
         if (tick * pixelsPerNumber >= 1.0)
             return {tick, label};

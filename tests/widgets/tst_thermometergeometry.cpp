@@ -283,11 +283,12 @@ void tst_ThermometerGeometry::ticks_data()
     QTest::newRow("crossed within a number") << 0.9 << 0.2 << "L0";
     QTest::newRow("every pixel") << 0.0 << 35.0 << "L0ssssmssssL10ssssmssssL20ssssmssssL30ssssm";
     QTest::newRow("ones would share pixels") << 0.0 << 36.0 << "L0mL10mL20mL30m";
-    QTest::newRow("labels with no pixel between them") << 0.0 << 51.0 << "L0mLmL20mLmL40mL";
+    QTest::newRow("labels that just fit") << 0.0 << 58.0 << "L0mL10mL20mL30mL40mL50m";
+    QTest::newRow("labels that would touch") << 0.0 << 59.0 << "L0mLmL20mLmL40mLm";
     QTest::newRow("room between labels") << -50.0 << 50.0 << "LmL-40mLmL-20mLmL0mLmL20mLmL40mL";
     QTest::newRow("fives would, too") << 0.0 << 180.0 << "L0LLLLL50LLLLL100LLLLL150LLL";
     QTest::newRow("tens would, too") << 0.0 << 1000.0 << "L0L200L400L600L800L1000";
-    QTest::newRow("a million") << -5e5 << 5e5 << "L-500000L0L500000";
+    QTest::newRow("a million") << -5e5 << 5e5 << "L-400000L-200000L0L200000L400000";
     QTest::newRow("very large") << 0.0 << 1e20 << "L0L2e+19L4e+19L6e+19L8e+19L1e+20";
 }
 
