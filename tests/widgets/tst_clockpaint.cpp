@@ -1,12 +1,6 @@
 // How the faces of a KelClock look.
-#include "clockbench.h"
+#include "clockreference.h"
 #include "testmain.h"
-
-#include <QPaintEngine>
-#include <QPainter>
-#include <QSet>
-
-#include <functional>
 
 class tst_ClockPaint : public QObject
 {
@@ -18,11 +12,6 @@ private Q_SLOTS:
     void likeTheReferenceOnWhite();
     void likeTheReferenceBetweenPixels_data();
     void likeTheReferenceBetweenPixels();
-    void framesLeaveNoTrace();
-    void paintedOnceForAllFrames();
-    void changesAreShown_data();
-    void changesAreShown();
-    void pictureIsOfOneDevice();
 
     void rim_data();
     void rim();
@@ -37,144 +26,12 @@ private Q_SLOTS:
     void degenerateSizes_data();
     void degenerateSizes();
     void sizeZero();
-    void changesRepaint_data();
-    void changesRepaint();
 };
-
-/// Something done to a clock.
-using Change = std::function<void(KelClock &)>;
-Q_DECLARE_METATYPE(Change)
 
 namespace
 {
 
 const QColor Ground(Qt::white);
-
-struct Numbers {
-    QStringList texts;
-    int each; // The angle between two, in parts of a turn.
-};
-
-QVector<Numbers> numbersOf(int face)
-{
-    if (face == 0)
-        return {{outerHours(), 12}, {innerHours(), 12}};
-    return {{faceMinutes(), 12}};
-}
-
-QPointF around(double radius, double angle)
-{
-    return {radius * std::sin(angle), -radius * std::cos(angle)};
-}
-
-QPen blackPen(double width, Qt::PenCapStyle cap = Qt::SquareCap)
-{
-    return {Qt::black, width, Qt::SolidLine, cap, Qt::BevelJoin};
-}
-
-void drawReferenceNumbers(QPainter &painter, const Numbers &numbers, QFont font, const QString &selected, double radius,
-                          double textRadius, int side)
-{
-    for (int i = 0; i < numbers.texts.size(); ++i) {
-        const double angle = 2.0 * static_cast<double>(3.1415927F) * (i + 1) / numbers.each;
-        const QPointF place = around(textRadius, angle);
-        const bool isSelected = !selected.isEmpty() && numbers.texts.at(i).toInt() == selected.toInt();
-        font.setWeight(isSelected ? 75 : 50);
-        painter.setFont(font);
-        if (isSelected) {
-            painter.setOpacity(0.5);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(QColor(128, 128, 255));
-            painter.drawEllipse(place, radius / 7.0, radius / 7.0);
-        }
-        painter.setOpacity(1.0);
-        painter.setPen(Qt::black);
-        const double reach = side / 2.0 + 1.0;
-        painter.drawText(QRectF(place.x() + 1.0 - reach, place.y() + 1.0 - reach, side, side), Qt::AlignCenter,
-                         numbers.texts.at(i));
-    }
-}
-
-/// Draws \a face of \a clock as a whole, straight onto \a painter and without any picture in between.
-void drawReference(QPainter &painter, const KelClock &clock, int face, const QString &selected)
-{
-    const QWidget &widget = *faceOf(clock, face);
-    const double smaller = std::min(widget.width(), widget.height());
-    const double pen = std::max(smaller / 2.0 / 80.0, 1.0);
-    const double radius = (smaller / 2.0 - pen) / 1.1;
-    painter.translate(widget.width() / 2.0, widget.height() / 2.0);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(blackPen(pen));
-    painter.drawEllipse(QPointF(), smaller / 2.0 - pen - 1.0, smaller / 2.0 - pen - 1.0);
-
-    QFont font = widget.font();
-    font.setPixelSize(static_cast<int>((smaller / 2.0 - pen) / 5.7));
-    double offset = 0.0;
-    for (const Numbers &numbers : numbersOf(face)) {
-        const int side = numberSide(widget, numbers.texts);
-        painter.setOpacity(0.5);
-        painter.setPen(blackPen(pen / 2.0));
-        painter.setBrush(Qt::NoBrush);
-        const double circle = radius - offset + 0.2 * side;
-        painter.drawEllipse(QPointF(), circle, circle);
-        drawReferenceNumbers(painter, numbers, font, selected, radius, radius - (side / 2.0 + 1.0) - offset, side);
-        offset += 1.4 * side;
-    }
-
-    struct Hand {
-        float width, length, opacity, angle;
-    };
-    const Hand hour = {0.075F, 0.275F, face == 0 ? 1.0F : 0.66F, clock.h__anim1()};
-    const Hand minute = {0.03F, 0.35F, face == 0 ? 0.66F : 1.0F, clock.h__anim0()};
-    for (const Hand &hand : face == 0 ? QVector<Hand>{minute, hour} : QVector<Hand>{hour, minute}) {
-        painter.setOpacity(static_cast<double>(hand.opacity));
-        painter.setPen(blackPen(radius * static_cast<double>(hand.width), Qt::RoundCap));
-        painter.drawLine(QPointF(), around(radius * static_cast<double>(hand.length), static_cast<double>(hand.angle)));
-    }
-}
-
-QImage reference(const KelClock &clock, int face, const QString &selected, qreal pixelRatio = 1.0,
-                 const QColor &ground = Qt::transparent)
-{
-    QImage image((QSizeF(faceOf(clock, face)->size()) * pixelRatio).toSize(), QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(pixelRatio);
-    image.fill(ground);
-    QPainter painter(&image);
-    drawReference(painter, clock, face, selected);
-    return image;
-}
-
-int farthest(const QImage &a, const QImage &b)
-{
-    int difference = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            const QRgb p = a.pixel(x, y);
-            const QRgb q = b.pixel(x, y);
-            difference = std::max({difference, std::abs(qRed(p) - qRed(q)), std::abs(qGreen(p) - qGreen(q)),
-                                   std::abs(qBlue(p) - qBlue(q)), std::abs(qAlpha(p) - qAlpha(q))});
-        }
-    }
-    return difference;
-}
-
-/// Gives every face of \a clock a size and puts the hands somewhere.
-void arrange(KelClock &clock, const QSize &faceSize, const QTime &time)
-{
-    for (int i = 0; i < 2; ++i)
-        faceOf(clock, i)->setFixedSize(faceSize);
-    clock.adjustSize();
-    clock.layout()->activate();
-    clock.setTime(time);
-    finishAnimations(clock);
-    clock.setProperty("h__anim0", 0.4F + clock.h__anim0());
-    clock.setProperty("h__anim1", 0.2F + clock.h__anim1());
-}
-
-QString textOf(const QTime &time, int face)
-{
-    return time.isValid() ? QString::number(face == 0 ? time.hour() : time.minute()) : QString();
-}
 
 bool isNear(const QColor &got, const QColor &wanted, int tolerance = 3)
 {
@@ -200,87 +57,6 @@ QPointF middleOfBlue(const QImage &image)
 }
 
 #define VERIFY_COLOR(got, wanted) QVERIFY2(isNear(got, wanted), qPrintable((got).name()))
-
-/// Remembers which pictures are drawn, and draws nothing.
-class PictureLog : public QPaintDevice
-{
-public:
-    explicit PictureLog(const QSize &size)
-        : m_engine(*this)
-        , m_size(size)
-    {
-    }
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-
-    QVector<qint64> pictures;
-    mutable int lines = 0;
-    mutable int others = 0;
-
-protected:
-    int metric(PaintDeviceMetric metric) const override
-    {
-        switch (metric) {
-        case PdmWidth:
-            return m_size.width();
-        case PdmHeight:
-            return m_size.height();
-        case PdmDepth:
-            return 32;
-        case PdmDevicePixelRatioScaled:
-            return int(QPaintDevice::devicePixelRatioFScale());
-        case PdmDevicePixelRatio:
-            return 1;
-        default:
-            return 96;
-        }
-    }
-
-private:
-    class Engine : public QPaintEngine
-    {
-    public:
-        explicit Engine(PictureLog &log)
-            : QPaintEngine(QPaintEngine::AllFeatures)
-            , m_log(log)
-        {
-        }
-
-        bool begin(QPaintDevice *) override { return true; }
-        bool end() override { return true; }
-        void updateState(const QPaintEngineState &) override {}
-        Type type() const override { return QPaintEngine::User; }
-        void drawPixmap(const QRectF &, const QPixmap &pixmap, const QRectF &) override
-        {
-            m_log.pictures << pixmap.cacheKey();
-        }
-        void drawLines(const QLineF *, int count) override { m_log.lines += count; }
-        void drawPath(const QPainterPath &) override { ++m_log.others; }
-        void drawPolygon(const QPointF *, int, PolygonDrawMode) override { ++m_log.others; }
-        void drawEllipse(const QRectF &) override { ++m_log.others; }
-        void drawTextItem(const QPointF &, const QTextItem &) override { ++m_log.others; }
-
-    private:
-        PictureLog &m_log;
-    };
-
-    mutable Engine m_engine;
-    QSize m_size;
-};
-
-class PaintCounter : public QObject
-{
-public:
-    QVector<QRect> painted;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            painted << static_cast<QPaintEvent *>(event)->region().boundingRect();
-        return false;
-    }
-};
 
 } // namespace
 
@@ -362,100 +138,6 @@ void tst_ClockPaint::likeTheReferenceBetweenPixels()
         painter.end();
         QVERIFY2(image == expected, qPrintable(QString::number(farthest(image, expected))));
     }
-}
-
-void tst_ClockPaint::framesLeaveNoTrace()
-{
-    KelClock used;
-    arrange(used, QSize(150, 150), QTime(3, 45));
-    for (int step = 0; step < 60; ++step) {
-        const float minute = 0.11F * static_cast<float>(step);
-        used.setProperty("h__anim0", minute);
-        used.setProperty("h__anim1", 6.0F - minute);
-        for (int face = 0; face < 2; ++face)
-            QCOMPARE(rendered(*faceOf(used, face)), reference(used, face, face == 0 ? "3" : "45"));
-    }
-}
-
-// A frame draws one picture that stays the same, and two hands over it.
-void tst_ClockPaint::paintedOnceForAllFrames()
-{
-    KelClock clock;
-    arrange(clock, QSize(150, 150), QTime(3, 45));
-    for (int face = 0; face < 2; ++face) {
-        QSet<qint64> seen;
-        for (int step = 0; step < 5; ++step) {
-            clock.setProperty("h__anim0", 0.5F * static_cast<float>(step));
-            PictureLog log(QSize(150, 150));
-            faceOf(clock, face)->render(&log, QPoint(), QRegion(), QWidget::RenderFlags());
-            QCOMPARE(log.pictures.size(), 1);
-            QCOMPARE(log.lines, 2);
-            QCOMPARE(log.others, 0);
-            seen << log.pictures.first();
-        }
-        QCOMPARE(seen.size(), 1);
-    }
-}
-
-void tst_ClockPaint::changesAreShown_data()
-{
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<bool>("isSeen"); // In the picture, not only in how it came to be.
-
-    const auto put = [](const char *name, const Change &change, bool isSeen = true) {
-        QTest::newRow(name) << change << isSeen;
-    };
-    put("highlighted hour", [](KelClock &clock) { clock.setTime(QTime(5, 30)); });
-    put("font", [](KelClock &clock) {
-        QFont font = clock.font();
-        font.setItalic(true);
-        clock.setFont(font);
-    });
-    put("size", [](KelClock &clock) { arrange(clock, QSize(180, 170), QTime(14, 30)); });
-    put("dark palette", [](KelClock &clock) { clock.setPalette(QPalette(Qt::black)); });
-    put(
-        "another palette",
-        [](KelClock &clock) {
-            QPalette palette = clock.palette();
-            palette.setColor(QPalette::Highlight, Qt::green);
-            clock.setPalette(palette);
-        },
-        false);
-}
-
-void tst_ClockPaint::changesAreShown()
-{
-    QFETCH(Change, change);
-    QFETCH(bool, isSeen);
-    const auto keyOf = [](KelClock &clock) {
-        PictureLog log(QSize(150, 150));
-        faceOf(clock, 0)->render(&log, QPoint(), QRegion(), QWidget::RenderFlags());
-        return log.pictures.value(0);
-    };
-    KelClock used;
-    arrange(used, QSize(150, 150), QTime(14, 30));
-    const QImage before = rendered(*faceOf(used, 0));
-    const qint64 pictureBefore = keyOf(used);
-    QCOMPARE(keyOf(used), pictureBefore);
-    change(used);
-    QVERIFY(keyOf(used) != pictureBefore);
-
-    KelClock fresh;
-    arrange(fresh, QSize(150, 150), QTime(14, 30));
-    change(fresh);
-    QCOMPARE(rendered(*faceOf(used, 0)) != before, isSeen);
-    QCOMPARE(rendered(*faceOf(used, 0)), rendered(*faceOf(fresh, 0)));
-}
-
-void tst_ClockPaint::pictureIsOfOneDevice()
-{
-    KelClock clock;
-    arrange(clock, QSize(150, 150), QTime(14, 30));
-    const QImage once = rendered(*faceOf(clock, 0), 1.0);
-    const QImage twice = rendered(*faceOf(clock, 0), 2.0);
-    QCOMPARE(rendered(*faceOf(clock, 0), 1.0), once);
-    QCOMPARE(rendered(*faceOf(clock, 0), 2.0), twice);
-    QCOMPARE(twice.size(), once.size() * 2);
 }
 
 void tst_ClockPaint::rim_data()
@@ -694,37 +376,6 @@ void tst_ClockPaint::sizeZero()
 
     arrange(clock, QSize(100, 100), QTime(14, 30));
     QCOMPARE(rendered(*faceOf(clock, 0)), reference(clock, 0, QStringLiteral("14")));
-}
-
-void tst_ClockPaint::changesRepaint_data()
-{
-    QTest::addColumn<Change>("change");
-    QTest::addColumn<bool>("isHandsOnly");
-
-    QTest::newRow("minute hand") << Change([](KelClock &clock) { clock.setProperty("h__anim0", 1.0F); }) << true;
-    QTest::newRow("hour hand") << Change([](KelClock &clock) { clock.setProperty("h__anim1", 1.0F); }) << true;
-    QTest::newRow("time") << Change([](KelClock &clock) { clock.setTime(QTime(14, 30)); }) << false;
-}
-
-void tst_ClockPaint::changesRepaint()
-{
-    QFETCH(Change, change);
-    QFETCH(bool, isHandsOnly);
-    ClockBench bench(QSize(200, 200));
-    QCoreApplication::processEvents();
-    for (QWidget *face : {bench.hours, bench.minutes}) {
-        PaintCounter counter;
-        face->installEventFilter(&counter);
-        change(bench.clock);
-        QTRY_VERIFY(!counter.painted.isEmpty());
-        // A frame repaints the square in which the hands turn, at most.
-        QCOMPARE(counter.painted.first() != face->rect(), isHandsOnly);
-        QVERIFY(counter.painted.first().width() > 70);
-        face->removeEventFilter(&counter);
-        bench.clock.setTime(QTime(1, 1));
-        finishAnimations(bench.clock);
-        QCoreApplication::processEvents();
-    }
 }
 
 KEL_TEST_MAIN(tst_ClockPaint)
