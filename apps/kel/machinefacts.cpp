@@ -168,6 +168,7 @@ QString firstLine(const QString &errors)
 void tryDisplay(MachineFacts &facts)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("QT_LOGGING_RULES")); // They may hide the very words that tell why.
     for (const char *variable : DisplayVariables)
         facts.isDisplayNamed = facts.isDisplayNamed || !qEnvironmentVariableIsEmpty(variable);
 

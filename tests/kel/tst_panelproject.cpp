@@ -185,7 +185,8 @@ void tst_PanelProject::scriptsAreLeftAlone()
     project.uiFile = write("a.ui", Form);
     project.addScriptFile(QStringLiteral("a.js"));
     const QString path = writeProject(project);
-    const KelRun run = runPanel(path, m_catalogue->filePath(QStringLiteral("a.png")));
+    const KelRun run =
+        runPanel(path, m_catalogue->filePath(QStringLiteral("a.png")), {QStringLiteral("--db"), m_catalogue->path()});
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.errors, "kel: " + path.toUtf8() + ": a panel runs no scripts, those of the project are left alone\n");
 }

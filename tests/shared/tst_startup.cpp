@@ -191,8 +191,11 @@ void tst_Startup::exitIsClean()
     QVERIFY(process.waitForFinished());
     QCOMPARE(process.exitStatus(), QProcess::NormalExit);
     QCOMPARE(process.exitCode(), 0);
-    // Only the catalogue's own debug line; no complaint of Qt's about the late end of its objects.
-    QCOMPARE(QString::fromUtf8(process.readAllStandardError()), '"' + file.filePath("cat.var") + "\"\n");
+    // Only the catalogue's own debug line and perhaps the block that the end was too early for; no
+    // complaint of Qt's about the late end of its objects.
+    QString errors = QString::fromUtf8(process.readAllStandardError());
+    errors.remove(QStringLiteral("Port %1 is no longer used: a block of 2 bytes is lost: 6F 6E\n").arg(line.path()));
+    QCOMPARE(errors, '"' + file.filePath("cat.var") + "\"\n");
 }
 
 int main(int argc, char **argv)
