@@ -127,7 +127,7 @@ void GraphicSeries::walk(Visitor &visitor) const
         const int first = firstIn(i);
         const int end = endIn(i);
         const bool isWhole = first == 0 && chunk.brokenBlocks == 0;
-        if (!isWhole || !visitor.extent(m_entries[i].extent, chunk.points[0], chunk.points[end - 1], end))
+        if (!isWhole || !visitor.extent(m_entries[i].extent, chunk.points[0], chunk.points[std::size_t(end - 1)], end))
             walkBlocks(chunk, first, end, visitor);
     }
 }
@@ -142,7 +142,8 @@ void GraphicSeries::walkBlocks(const Chunk &chunk, int first, int end, Visitor &
         const int blockEnd = std::min(blockStart + BlockPoints, end);
         const bool isWhole = at == blockStart && (chunk.brokenBlocks >> block & 1) == 0;
         const GraphicPoint *points = chunk.points.data();
-        if (isWhole && visitor.extent(chunk.blocks[block], points[at], points[blockEnd - 1], blockEnd - at)) {
+        if (isWhole &&
+            visitor.extent(chunk.blocks[std::size_t(block)], points[at], points[blockEnd - 1], blockEnd - at)) {
             at = blockEnd;
             continue;
         }
