@@ -199,9 +199,9 @@ void GraphicSeries::store(const GraphicPoint &point)
 
     Entry &entry = m_entries.back();
     const int block = m_end / BlockPoints;
-    entry.chunk->points[m_end] = {point.x, std::isfinite(point.y) ? point.y : std::nan("")};
+    entry.chunk->points[std::size_t(m_end)] = {point.x, std::isfinite(point.y) ? point.y : std::nan("")};
     if (std::isfinite(point.y)) {
-        entry.chunk->blocks[block].add(point);
+        entry.chunk->blocks[std::size_t(block)].add(point);
         entry.extent.add(point);
     } else {
         entry.chunk->brokenBlocks |= 1U << block;
@@ -219,7 +219,7 @@ double GraphicSeries::oldestAllowed() const
 void GraphicSeries::dropOldFromFront()
 {
     const double oldest = oldestAllowed();
-    while (m_count > 0 && m_entries.front().chunk->points[m_first].x < oldest) {
+    while (m_count > 0 && m_entries.front().chunk->points[std::size_t(m_first)].x < oldest) {
         ++m_first;
         --m_count;
         if (m_first == ChunkPoints || m_count == 0) {
