@@ -5,7 +5,7 @@
 
 #include <kelglobals.h>
 
-#include <QEvent>
+#include <QMouseEvent>
 #include <QTimerEvent>
 
 #include <utility>
@@ -330,8 +330,17 @@ void KelButton::setBlinkDelay(int dur)
 void KelButton::setAnimationCurve(QEasingCurve::Type curve)
 {
     // A custom curve needs a function, which a property cannot bring.
-    if (curve >= QEasingCurve::Linear && curve < QEasingCurve::Custom)
-        m_animation->setEasingCurve(curve);
+    if (curve < QEasingCurve::Linear || curve >= QEasingCurve::Custom)
+        return;
+    QEasingCurve easing(curve);
+    // Nor can it bring the points of a spline, which is no curve without any: a straight line.
+    if (curve == QEasingCurve::BezierSpline) {
+        easing.addCubicBezierSegment({0.25, 0.25}, {0.75, 0.75}, {1.0, 1.0});
+    } else if (curve == QEasingCurve::TCBSpline) {
+        easing.addTCBSegment({0.0, 0.0}, 0.0, 0.0, 0.0);
+        easing.addTCBSegment({1.0, 1.0}, 0.0, 0.0, 0.0);
+    }
+    m_animation->setEasingCurve(easing);
 }
 
 void KelButton::delayedClick()
@@ -423,6 +432,8 @@ void KelButton::mousePressEvent(QMouseEvent *event)
     QToolButton::mousePressEvent(event);
     if (alive)
         emit pressedID(m_clickID);
+    if (!alive)
+        event->accept(); // the parent of what is gone is not asked
 }
 
 void KelButton::mouseReleaseEvent(QMouseEvent *event)
@@ -433,4 +444,6 @@ void KelButton::mouseReleaseEvent(QMouseEvent *event)
     QToolButton::mouseReleaseEvent(event);
     if (alive)
         emit releasedID(m_clickID);
+    if (!alive)
+        event->accept(); // the parent of what is gone is not asked
 }

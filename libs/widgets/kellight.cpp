@@ -4,6 +4,7 @@
 #include "kellightgeometry.h"
 
 #include <QMouseEvent>
+#include <QPointer>
 #include <scaling.h>
 
 #include <cmath>
@@ -89,8 +90,8 @@ void KelLight::setBinary(bool y)
     const double remembered = m_level;
     m_binary = y;
     scalePictures();
-    applyLevel(remembered);
     refresh();
+    applyLevel(remembered);
 }
 
 void KelLight::setLevel(double l)
@@ -100,7 +101,8 @@ void KelLight::setLevel(double l)
     applyLevel(l);
 }
 
-// Each signal carries what holds when it is emitted: a slot may have set another level meanwhile.
+// Each signal carries what holds when it is emitted: a slot may have set another level meanwhile. A slot may also
+// delete the light, so nothing of it is used behind the signals unless it lives.
 void KelLight::applyLevel(double l)
 {
     if (m_binary)
@@ -109,11 +111,13 @@ void KelLight::applyLevel(double l)
         m_level = qMin(m_highLevel, qMax(l, m_lowLevel));
     animateTo(m_animation, m_level);
 
+    const QPointer<KelLight> alive(this);
     emit levelChanged(m_level);
-    emit byteLevelChanged(byteLevel());
-    if (m_level == m_lowLevel)
+    if (alive)
+        emit byteLevelChanged(byteLevel());
+    if (alive && m_level == m_lowLevel)
         emit turnedOff();
-    if (m_level == m_highLevel)
+    if (alive && m_level == m_highLevel)
         emit turnedOn();
 }
 
@@ -147,8 +151,8 @@ void KelLight::setHighLevel(double highLevel)
 void KelLight::fitLevelToBounds()
 {
     setClickThreshold(m_clickThreshold);
-    setLevel(qMin(m_highLevel, qMax(level(), m_lowLevel)));
     refresh();
+    setLevel(qMin(m_highLevel, qMax(level(), m_lowLevel)));
 }
 
 void KelLight::setOnLevel(double onLevel)
@@ -229,8 +233,10 @@ void KelLight::mousePressEvent(QMouseEvent *event)
     if (m_readOnly || event->button() != Qt::LeftButton || part == Part::Outside) {
         event->ignore();
     } else if (part == Part::Lamp) {
+        const QPointer<KelLight> alive(this);
         click();
-        emit clicked();
+        if (alive)
+            emit clicked();
     } else {
         m_dragging = true;
         dragTo(event->pos());

@@ -7,6 +7,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -94,10 +95,15 @@ void KelSlider::updateCaption()
     } else {
         QGroupBox::setTitle(m_caption);
     }
+    // A slot may delete the slider: nothing of it is used behind the signals unless it lives.
+    const QPointer<KelSlider> alive(this);
     Q_EMIT valueChanged(m_value);
-    Q_EMIT valueChanged(truncated(m_value));
-    Q_EMIT valueChangedID(m_clickID, m_value);
-    Q_EMIT valueChangedID(m_clickID, truncated(m_value));
+    if (alive)
+        Q_EMIT valueChanged(truncated(m_value));
+    if (alive)
+        Q_EMIT valueChangedID(m_clickID, m_value);
+    if (alive)
+        Q_EMIT valueChangedID(m_clickID, truncated(m_value));
 }
 
 void KelSlider::drawBar()
@@ -160,8 +166,8 @@ void KelSlider::setValue(double val)
     if (m_value == m_shownValue)
         return;
     m_shownValue = m_value;
-    updateCaption();
     m_ui->bar->update();
+    updateCaption();
 }
 
 void KelSlider::setValue(int val)
@@ -183,7 +189,10 @@ void KelSlider::setPrecision(double precision)
     m_minimum = snap(m_minimum);
     m_maximum = snap(m_maximum);
     m_decimals = decimalsOf(m_precision);
+    const QPointer<KelSlider> alive(this);
     setValue(m_value);
+    if (!alive)
+        return;
     m_ui->qt_pbDec->setText(QLatin1Char('-') + shortNumber(m_precision));
     m_ui->qt_pbInc->setText(QLatin1Char('+') + shortNumber(m_precision));
     showBounds();
@@ -199,9 +208,11 @@ void KelSlider::setMinimum(double min)
     if (std::isnan(min))
         return;
     m_minimum = snap(min);
+    const QPointer<KelSlider> alive(this);
     if (m_minimum > m_value)
         setValue(m_minimum);
-    rangeChanged();
+    if (alive)
+        rangeChanged();
 }
 
 void KelSlider::setMinimum(int min)
@@ -214,9 +225,11 @@ void KelSlider::setMaximum(double max)
     if (std::isnan(max))
         return;
     m_maximum = snap(max);
+    const QPointer<KelSlider> alive(this);
     if (m_value > m_maximum)
         setValue(m_maximum);
-    rangeChanged();
+    if (alive)
+        rangeChanged();
 }
 
 void KelSlider::setMaximum(int max)
@@ -281,8 +294,8 @@ void KelSlider::setBarStyle(KelSlider::BarStyle s)
 void KelSlider::setTitleInsideBar(bool yes)
 {
     m_titleInsideBar = yes;
-    updateCaption();
     m_ui->bar->update();
+    updateCaption();
 }
 
 void KelSlider::setTitleSize(double size_)

@@ -135,12 +135,16 @@ void KelSwitch::setOff()
 
 void KelSwitch::s_anim(float v)
 {
+    if (!std::isfinite(v))
+        return;
     m_position = v;
     update();
 }
 
 void KelSwitch::s_anim_s(float v)
 {
+    if (!std::isfinite(v))
+        return;
     m_blend = v;
     update();
 }

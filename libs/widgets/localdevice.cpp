@@ -6,6 +6,7 @@
 #include <QDebug>
 #include <QLabel>
 #include <QPainter>
+#include <QPointer>
 #include <QScrollArea>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -151,8 +152,10 @@ void LocalDevice::sendPrepared(PIByteArray data)
 {
     if (!isEnabled())
         return;
+    const QPointer<LocalDevice> alive(this);
     Q_EMIT sending(data);
-    sendLocal(data);
+    if (alive)
+        sendLocal(data);
 }
 // NOLINTEND(performance-unnecessary-value-param)
 
@@ -215,16 +218,17 @@ void LocalDevice::announceAnswer(int answerID)
 {
     ++receivedCount;
 
-    // A slot may hand in the next message, which replaces the member.
+    // A slot may hand in the next message, which replaces the member, or delete the device.
+    const QPointer<LocalDevice> alive(this);
     const QMap<int, int> values = answerArguments;
     Q_EMIT receivedAnswerID(answerID);
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
+    for (auto it = values.cbegin(); alive && it != values.cend(); ++it)
         Q_EMIT receivedAnswerArg(it.key(), it.value());
 
     using Signal = void (LocalDevice::*)(int);
-    const auto announce = [this, &values](int number, Signal signal) {
+    const auto announce = [this, &alive, &values](int number, Signal signal) {
         const auto value = values.constFind(number);
-        if (value != values.cend())
+        if (alive && value != values.cend())
             Q_EMIT(this->*signal)(*value);
     };
     announce(0, &LocalDevice::receivedAnswerArg0);

@@ -200,7 +200,9 @@ public:
 Q_SIGNALS:
     /// While the canvas paints: after the curves, in the canvas's coordinates.
     void graphicPaintEvent(QPainter *painter);
-    void visibleRangeChanged(); ///< By the user, the program or the points.
+    /// By the user, the program or the points; maybe while the plot is painted, so a slot must not delete it
+    /// otherwise than by deleteLater().
+    void visibleRangeChanged();
     void fittedChanged(bool isFitted);
     void pausedChanged(bool isPaused);
 

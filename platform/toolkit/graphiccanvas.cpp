@@ -53,6 +53,9 @@ bool GraphicCanvas::event(QEvent *event)
 
 void GraphicCanvas::paintEvent(QPaintEvent *)
 {
+    // A plot that is smaller than its axes leaves the canvas no room, or less than none.
+    if (size().isEmpty())
+        return;
     Q_EMIT aboutToPaint();
     if (m_picture.isNull() || m_picture.size() != size() * devicePixelRatioF())
         renderItems();
