@@ -22,12 +22,14 @@ private Q_SLOTS:
     void tap_data();
     void tap();
     void tapSelectsWhereItEnds();
+    void tapAfterADrag();
     void tapOfAnotherButton_data();
     void tapOfAnotherButton();
     void tapKeepsKeysAndButtons();
     void styleThatSelectsAtTheRelease();
     void doubleClickIsAPress();
     void moveWithoutButton();
+    void baseGetsEveryMove();
     void twoButtons();
 
     void barIsAsWideAsItsTabs_data();
@@ -169,6 +171,7 @@ void tst_TabWidgetDrag::tap_data()
     row("both ways, beyond", {{-10, 11}}, false);
     row("there and back", {{-10, 0}, {0, 0}}, true);
     row("there and back, beyond", {{-11, 0}, {0, 0}}, false);
+    row("down and up, beyond", {{0, 11}, {0, 0}}, false);
     row("a steady drag is no tap", {{-3, 0}, {-6, 0}, {-9, 0}, {-12, 0}, {-15, 0}, {-18, 0}, {-21, 0}}, false);
     row("a steady drag up to the threshold", {{-4, 0}, {-8, 0}, {-12, 0}, {-16, 0}, {-20, 0}}, true);
     row("far away and back", {{-200, 0}, {0, 0}}, false);
@@ -209,6 +212,17 @@ void tst_TabWidgetDrag::tapSelectsWhereItEnds()
                         Qt::NoModifier);
     QApplication::sendEvent(&bench.bar(), &release);
     QCOMPARE(bench.widget.currentIndex(), 4);
+}
+
+void tst_TabWidgetDrag::tapAfterADrag()
+{
+    TabBench bench(20);
+    bench.dragTo(-100);
+    const int tab = bench.bar().tabAt(QPoint(200, 10));
+    bench.press(bench.middleOf(tab));
+    bench.release(bench.middleOf(tab));
+    QCOMPARE(bench.widget.currentIndex(), tab);
+    QCOMPARE(bench.bar().x(), -100);
 }
 
 void tst_TabWidgetDrag::tapOfAnotherButton_data()
@@ -318,6 +332,44 @@ void tst_TabWidgetDrag::moveWithoutButton()
     bench.widget.resize(300, 120);
     dragMouse(&bench.bar(), QPoint(10, 10));
     QCOMPARE(bench.bar().x(), 0);
+}
+
+/// Counts the moves that a widget's children leave to it.
+class MoveCount : public QObject
+{
+public:
+    int count = 0;
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::MouseMove ? 1 : 0;
+        return false;
+    }
+};
+
+void tst_TabWidgetDrag::baseGetsEveryMove()
+{
+    for (const int tabs : {3, 20}) { // The base class leaves a move with the right button to the widget behind.
+        TabBench bench(tabs);
+        MoveCount left;
+        bench.widget.installEventFilter(&left);
+        for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton}) {
+            bench.press(QPoint(80, 10), button);
+            left.count = 0;
+            dragMouse(&bench.bar(), QPoint(70, 10), button);
+            QCOMPARE(left.count, button == Qt::RightButton ? 1 : 0);
+            bench.release(QPoint(70, 10), button);
+        }
+    }
+
+    TabBench bench(3);
+    bench.widget.setMovable(true);
+    QSignalSpy moved(&bench.bar(), &QTabBar::tabMoved);
+    bench.press(bench.middleOf(0));
+    dragMouse(&bench.bar(), bench.bar().tabRect(0).center() + QPoint(30, 0));
+    dragMouse(&bench.bar(), bench.bar().tabRect(2).center());
+    bench.release(bench.middleOf(2));
+    QVERIFY(!moved.isEmpty());
 }
 
 void tst_TabWidgetDrag::twoButtons()
