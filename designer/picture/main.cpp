@@ -1,6 +1,7 @@
 // kel_screen_picture OUT.png [DEED ...] PROGRAM [ARGUMENTS]: starts the program, waits until what it shows stands
 // still, does the deeds and waits again, saves a picture of the screen and ends the program. A deed is a press at a
-// point of the screen (click=X,Y) or what is typed (type=TEXT); xdotool does it.
+// point of the screen (click=X,Y) or what is typed (type=TEXT); xdotool does it. Between deeds some time may pass
+// (wait=MS); where that comes last, the picture is taken even if something still moves.
 
 #include <QGuiApplication>
 #include <QImage>
@@ -77,9 +78,15 @@ QStringList xdotoolArguments(const QString &deed)
             QStringLiteral("click"), QStringLiteral("1")};
 }
 
+bool isWait(const QString &deed)
+{
+    return deed.startsWith(QLatin1String("wait="));
+}
+
 bool isDeed(const QString &argument)
 {
-    return argument.startsWith(QLatin1String("click=")) || argument.startsWith(QLatin1String("type="));
+    return argument.startsWith(QLatin1String("click=")) || argument.startsWith(QLatin1String("type=")) ||
+           isWait(argument);
 }
 
 /// The screen after all \a deeds; null when one of them cannot be done, or as above. Between deeds the screen need
@@ -90,11 +97,15 @@ QImage pictureAfter(const QStringList &deeds, QProcess &program)
     if (before.isNull() || deeds.isEmpty())
         return before;
     for (const QString &deed : deeds) {
+        if (isWait(deed)) {
+            program.waitForFinished(deed.section(QLatin1Char('='), 1).toInt());
+            continue;
+        }
         if (QProcess::execute(QStringLiteral("xdotool"), xdotoolArguments(deed)) != 0)
             return QImage();
         program.waitForFinished(DeedMs);
     }
-    return waitForPicture(program);
+    return isWait(deeds.last()) ? grabScreen() : waitForPicture(program);
 }
 
 int fail(const QString &what)
