@@ -132,6 +132,7 @@ private Q_SLOTS:
     void destroyedWithWaitingBlocks();
     void readOnlyPortTellsItsBlocks();
     void noDescriptorsLeft();
+    void portCannotBeWatched();
 };
 
 void tst_Faults::shortWrites_data()
@@ -266,6 +267,7 @@ void tst_Faults::errorsDuringReopen_data()
     QTest::newRow("open: no such device") << int(Kind::Open) << ENXIO;
     QTest::newRow("open: input/output error") << int(Kind::Open) << EIO;
     QTest::newRow("settings: input/output error") << int(Kind::Ioctl) << EIO;
+    QTest::newRow("waiting: no room for it") << int(Kind::Watch) << ENOSPC;
     QTest::newRow("lock: held by another") << int(Kind::Flock) << EWOULDBLOCK;
 }
 
@@ -671,6 +673,21 @@ void tst_Faults::noDescriptorsLeft()
     QVERIFY(isOpen);
     QVERIFY(failures >= 3);
     QCOMPARE(bench.console().size(), failures);
+    QVERIFY(bench.sendAll());
+    QCOMPARE(bench.line.received(), block);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// The kernel has no room for one more descriptor to wait on.
+void tst_Faults::portCannotBeWatched()
+{
+    FaultBench bench;
+    const std::string block = bench.write();
+    const int before = descriptors();
+    bench.line.setScript(once(Kind::Watch, ENOSPC));
+    QVERIFY(!bench.serial->open());
+    QCOMPARE(descriptors(), before);
+    QCOMPARE(bench.lines("does not open:"), 1);
     QVERIFY(bench.sendAll());
     QCOMPARE(bench.line.received(), block);
     QCOMPARE(bench.finish(), QString());

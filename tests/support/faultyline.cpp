@@ -14,6 +14,7 @@
 #include <map>
 #include <mutex>
 #include <poll.h>
+#include <sys/epoll.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -58,6 +59,7 @@ using WriteFunction = ssize_t(int, const void *, size_t);
 using PollFunction = int(pollfd *, nfds_t, int);
 using IoctlFunction = int(int, unsigned long, ...);
 using FlockFunction = int(int, int);
+using EpollFunction = int(int, int, int, epoll_event *);
 using NanosleepFunction = int(const timespec *, timespec *);
 using ClockFunction = int(clockid_t, timespec *);
 
@@ -225,6 +227,14 @@ int flock(int descriptor, int operation) noexcept
     const auto line = lineOf(descriptor);
     const Answer answer = line ? ask(*line, {Kind::Flock, 0, nullptr, {}}) : Answer::pass();
     return reachesKernel(answer) ? real<FlockFunction>("flock")(descriptor, operation) : withoutKernel(answer);
+}
+
+int epoll_ctl(int instance, int operation, int descriptor, epoll_event *event) noexcept
+{
+    const auto line = operation == EPOLL_CTL_ADD ? lineOf(descriptor) : nullptr;
+    const Answer answer = line ? ask(*line, {Kind::Watch, 0, nullptr, {}}) : Answer::pass();
+    return reachesKernel(answer) ? real<EpollFunction>("epoll_ctl")(instance, operation, descriptor, event)
+                                 : withoutKernel(answer);
 }
 
 int nanosleep(const timespec *time, timespec *rest)

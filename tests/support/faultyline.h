@@ -16,7 +16,7 @@
 class FaultyLine
 {
 public:
-    enum class Kind { Open, Read, Write, Poll, Ioctl, Flock, Close };
+    enum class Kind { Open, Read, Write, Poll, Ioctl, Flock, Watch, Close }; ///< Watch: by epoll_ctl().
 
     struct Call {
         Kind kind = Kind::Write;
