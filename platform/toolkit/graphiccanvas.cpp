@@ -53,10 +53,10 @@ bool GraphicCanvas::event(QEvent *event)
 
 void GraphicCanvas::paintEvent(QPaintEvent *)
 {
-    // A plot that is smaller than its axes leaves the canvas no room, or less than none.
+    Q_EMIT aboutToPaint();
+    // A plot that is smaller than its axes leaves the canvas no room, or less than none; maybe only since just now.
     if (size().isEmpty())
         return;
-    Q_EMIT aboutToPaint();
     if (m_picture.isNull() || m_picture.size() != size() * devicePixelRatioF())
         renderItems();
     else if (!m_strip.isEmpty())
