@@ -53,6 +53,7 @@ private Q_SLOTS:
     void picturesAndLinksAreThere_data();
     void picturesAndLinksAreThere();
     void everyDocumentIsListed();
+    void troubleIsQuotedAsItIsTold();
 
 private:
     void follow(const GuideStep &step);
@@ -275,6 +276,36 @@ void tst_Guide::everyDocumentIsListed()
                 QVERIFY2(list.contains(QStringLiteral("(%1%2)").arg(QLatin1String(folder), page)), qPrintable(page));
         }
     }
+}
+
+/// The messages of the troubleshooting page are those of the programs, piece by piece between the ellipses.
+void tst_Guide::troubleIsQuotedAsItIsTold()
+{
+    QString source;
+    for (const char *folder : {"apps/kel", "platform"}) {
+        QDirIterator files(QStringLiteral(KEL_SOURCE_DIR "/") + QLatin1String(folder), {QStringLiteral("*.cpp")},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            source += readText(QDir(QStringLiteral(KEL_SOURCE_DIR)).relativeFilePath(files.next()));
+    }
+    source.replace(QLatin1String("\\\""), QLatin1String("\""));
+
+    const QString page = readText(QStringLiteral("docs/troubleshooting.md"));
+    const QString told =
+        page.mid(page.indexOf(QLatin1String("## The panel does not start"))).section(QLatin1String("\n## "), 0, 0);
+    static const QRegularExpression message(QStringLiteral("`([^`]+)`"));
+    int count = 0;
+    for (const QString &row : told.split(QLatin1Char('\n'))) {
+        for (auto found = message.globalMatch(row.section(QLatin1Char('|'), 1, 1)); found.hasNext(); ++count) {
+            QString text = found.next().captured(1);
+            // The reason stands for itself; the system's own are left out.
+            text.replace(QRegularExpression(QStringLiteral("(does not open: )[NP].*")), QStringLiteral("\\1"));
+            text.replace(QLatin1String("does not open: "), QStringLiteral(u"does not open: …"));
+            for (const QString &piece : text.split(QStringLiteral(u"…"), Qt::SkipEmptyParts))
+                QVERIFY2(source.contains(piece), qPrintable(piece));
+        }
+    }
+    QVERIFY(count > 8);
 }
 
 KEL_TEST_MAIN(tst_Guide)
