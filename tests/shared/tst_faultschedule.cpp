@@ -137,6 +137,7 @@ Answer Schedule::answer(const Call &call)
         return choice < 20 ? Answer::fail(EINTR) : Answer::pass();
     case Kind::Ioctl:
     case Kind::Flock:
+    case Kind::Watch:
     case Kind::Close:
         break;
     }
