@@ -68,19 +68,29 @@ struct FaultBench {
             serial->tickWrite();
     }
 
+    /// As many ticks as there can be blocks, and what they send is read.
+    void sendWaiting()
+    {
+        line.readTaken();
+        for (size_t i = 0; i <= books.count(); ++i) {
+            tick(1);
+            line.readTaken();
+        }
+    }
+
     /// Everything passes from now on: opens if necessary, sends what waits and reads it.
     bool sendAll()
     {
         line.setScript(nullptr);
         if (!serial->open())
             return false;
-        waitUntil([this] { return serial->isOpened(); });
-        line.readTaken();
-        for (size_t i = 0; i <= books.count(); ++i) {
-            tick(1);
-            line.readTaken();
-        }
-        return serial->isOpened();
+        // That an earlier line went away may be found out only now.
+        do {
+            if (!waitUntil([this] { return serial->isOpened(); }))
+                return false;
+            sendWaiting();
+        } while (!serial->isOpened());
+        return true;
     }
 
     /// Destroys the device; what is wrong with its books, empty when nothing is.
