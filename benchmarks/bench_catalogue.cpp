@@ -20,17 +20,21 @@ namespace
 
 using Packet = KvCommands::PacketInfo;
 
-/// The same cells through the driver, kept in one flat list.
+/// The same cells through the driver, kept in one flat list. The object's number is read as well, since it
+/// is what read() sorts the packets by.
 QList<Packet> readWithDriver()
 {
     QList<Packet> packets;
+    qint64 objects = 0;
     QSqlQuery query;
     query.setForwardOnly(true);
     query.exec(QStringLiteral("SELECT object_id,id,name,args_count,flags,command,desc FROM packets"));
     while (query.next()) {
+        objects += query.value(0).toLongLong();
         packets.append({query.value(1).toInt(), query.value(4).toInt(), query.value(2).toString(),
                         query.value(5).toString(), query.value(6).toString()});
     }
+    require(objects > 0, "packets of no object");
     return packets;
 }
 
@@ -44,14 +48,17 @@ QString text(sqlite3_stmt *statement, int column)
 QList<Packet> readBare(sqlite3 *connection)
 {
     QList<Packet> packets;
+    qint64 objects = 0;
     sqlite3_stmt *statement = nullptr;
     sqlite3_prepare_v2(connection, "SELECT object_id,id,name,args_count,flags,command,desc FROM packets", -1,
                        &statement, nullptr);
     while (sqlite3_step(statement) == SQLITE_ROW) {
+        objects += sqlite3_column_int64(statement, 0);
         packets.append({sqlite3_column_int(statement, 1), sqlite3_column_int(statement, 4), text(statement, 2),
                         text(statement, 5), text(statement, 6)});
     }
     sqlite3_finalize(statement);
+    require(objects > 0, "packets of no object");
     return packets;
 }
 

@@ -197,9 +197,15 @@ void KvCommands::readPackets()
 
     // One pass over the packets instead of a query per object.
     QSqlQuery rows = queryPackets(byObject);
+    auto found = byObject.end();
     while (rows.next()) {
         const QVariant object = rows.value(0);
-        const auto found = object.isNull() ? byObject.end() : byObject.find(object.toLongLong());
+        if (object.isNull())
+            continue;
+        // An object's packets mostly stand together.
+        const qint64 id = object.toLongLong();
+        if (found == byObject.end() || found.key() != id)
+            found = byObject.find(id);
         if (found != byObject.end()) {
             found->append({rows.value(1).toInt(), rows.value(4).toInt(), rows.value(2).toString(),
                            rows.value(5).toString(), rows.value(6).toString()});
