@@ -21,7 +21,7 @@ namespace
 {
 
 constexpr int Repetitions = 5;
-constexpr double SecondsPerRepetition = 0.2;
+constexpr double SecondsPerRepetition = 0.1;
 
 struct Job {
     std::string name;
