@@ -15,6 +15,7 @@
 #include <mutex>
 #include <poll.h>
 #include <sys/epoll.h>
+#include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -52,6 +53,18 @@ Watched &watched()
 
 thread_local int clockAdvance = 0;
 
+std::atomic<int> spareDescriptors{-1};
+
+/// False, with the errno for it, when none is left.
+bool takeSpareDescriptor()
+{
+    if (spareDescriptors < 0 || spareDescriptors-- > 0)
+        return true;
+    spareDescriptors = 0;
+    errno = EMFILE;
+    return false;
+}
+
 using OpenFunction = int(const char *, int, ...);
 using CloseFunction = int(int);
 using ReadFunction = ssize_t(int, void *, size_t);
@@ -60,6 +73,8 @@ using PollFunction = int(pollfd *, nfds_t, int);
 using IoctlFunction = int(int, unsigned long, ...);
 using FlockFunction = int(int, int);
 using EpollFunction = int(int, int, int, epoll_event *);
+using EpollCreateFunction = int(int) noexcept;
+using EventFunction = int(unsigned, int);
 using NanosleepFunction = int(const timespec *, timespec *);
 using ClockFunction = int(clockid_t, timespec *);
 
@@ -237,6 +252,16 @@ int epoll_ctl(int instance, int operation, int descriptor, epoll_event *event) n
                                  : withoutKernel(answer);
 }
 
+int epoll_create1(int flags) noexcept
+{
+    return takeSpareDescriptor() ? real<EpollCreateFunction>("epoll_create1")(flags) : -1;
+}
+
+int eventfd(unsigned count, int flags) noexcept
+{
+    return takeSpareDescriptor() ? real<EventFunction>("eventfd")(count, flags) : -1;
+}
+
 int nanosleep(const timespec *time, timespec *rest)
 {
     std::function<void()> watch;
@@ -271,6 +296,11 @@ void setSleepWatch(std::function<void()> watch)
 {
     const std::lock_guard<std::mutex> lock(watched().mutex);
     watched().sleepWatch = std::move(watch);
+}
+
+void setSpareDescriptors(int count)
+{
+    spareDescriptors = count;
 }
 
 void advanceThreadClock(int seconds)

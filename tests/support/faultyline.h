@@ -83,5 +83,8 @@ void watchLine(const std::string &path, FaultyLine::Script script);
 /// A sleep of the program, whatever its descriptors; null for none. Any thread.
 void setSleepWatch(std::function<void()> watch);
 
+/// How many more descriptors the program can have for its event loops; negative for any number.
+void setSpareDescriptors(int count);
+
 /// Moves the steady clock of the calling thread, and only its, forward.
 void advanceThreadClock(int seconds);
