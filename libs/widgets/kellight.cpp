@@ -8,6 +8,7 @@
 #include <scaling.h>
 
 #include <cmath>
+#include <limits>
 
 using KelLightGeometry::Part;
 
@@ -50,7 +51,9 @@ int KelLight::byteLevel() const
         return -1;
     if (isSame(level(), m_lowLevel))
         return 0;
-    return qRound(level() / ByteMaxLevel * ByteMax);
+    // Bounds of any size are allowed, the number of bytes ends with its type.
+    constexpr double Most = std::numeric_limits<int>::max();
+    return qRound(qBound(-Most, level() / ByteMaxLevel * ByteMax, Most));
 }
 
 bool KelLight::isOn() const

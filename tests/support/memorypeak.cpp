@@ -95,7 +95,7 @@ void free(void *block)
 #endif
 
 MemoryPeak::MemoryPeak()
-    : m_atStart(inUse)
+    : m_atStart(::inUse)
 {
     most = m_atStart;
 }
@@ -108,4 +108,9 @@ bool MemoryPeak::isAvailable()
 qint64 MemoryPeak::bytes() const
 {
     return most - m_atStart;
+}
+
+qint64 MemoryPeak::inUse()
+{
+    return ::inUse;
 }

@@ -18,6 +18,9 @@ public:
     /// The most bytes in use at once since construction, beyond those in use then.
     qint64 bytes() const;
 
+    /// The bytes in use now, by any thread; 0 when this build cannot count.
+    static qint64 inUse();
+
 private:
     qint64 m_atStart;
 };

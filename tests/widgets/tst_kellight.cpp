@@ -295,6 +295,8 @@ void tst_KelLight::byteLevel_data()
     QTest::newRow("the low level is 0") << 20.0 << 100.0 << 20.0 << 0;
     QTest::newRow("near the low level is 0") << 20.0 << 100.0 << 20.0005 << 0;
     QTest::newRow("no high level is -1, even at the low level") << 0.0 << 0.0 << 0.0 << -1;
+    QTest::newRow("more than an integer holds") << 0.0 << 1e12 << 1e12 << std::numeric_limits<int>::max();
+    QTest::newRow("less than an integer holds") << -1e12 << 1e12 << -1e11 << -std::numeric_limits<int>::max();
     QTest::newRow("rounds half away from zero") << -100.0 << 100.0 << -1.1811023622047243 << -3;
 }
 
