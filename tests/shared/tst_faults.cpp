@@ -1,4 +1,4 @@
-#include "faultbench.h"
+#include "faultscripts.h"
 #include "testmain.h"
 
 #include <atomic>
@@ -16,7 +16,6 @@ namespace
 {
 
 constexpr int MoreThanALineHolds = 60000;
-constexpr int StepsOfAWrite = 12;
 constexpr int WireSpeed = 300; ///< Slow enough that a block is on the wire for a while.
 
 int entriesOf(const char *folder)
@@ -38,65 +37,6 @@ int threads()
 {
     return entriesOf("/proc/self/task");
 }
-
-/// Fails every other call of \a kind with \a error.
-FaultyLine::Script everyOther(Kind kind, int error)
-{
-    const auto count = std::make_shared<std::atomic<int>>(0);
-    return [=](const Call &call) {
-        return call.kind == kind && (*count)++ % 2 == 0 ? Answer::fail(error) : Answer::pass();
-    };
-}
-
-/// Fails call \a number of \a kind with \a error.
-FaultyLine::Script once(Kind kind, int error, int number = 0)
-{
-    const auto count = std::make_shared<std::atomic<int>>(0);
-    return [=](const Call &call) {
-        return call.kind == kind && (*count)++ == number ? Answer::fail(error) : Answer::pass();
-    };
-}
-
-/// A driver that takes everything and sends nothing.
-FaultyLine::Script driverThatKeeps()
-{
-    const auto kept = std::make_shared<std::atomic<int>>(0);
-    return [=](const Call &call) {
-        if (call.kind == Kind::Write) {
-            *kept += int(call.bytes.size());
-            return Answer::pretend(int(call.bytes.size()));
-        }
-        if (call.kind == Kind::Ioctl && call.request == TIOCOUTQ) {
-            *static_cast<int *>(call.argument) = *kept;
-            return Answer::pretend(0);
-        }
-        return Answer::pass();
-    };
-}
-
-/// Keeps the first call of a kind until it is let go.
-class Stop
-{
-public:
-    FaultyLine::Script script(Kind kind, Answer answer)
-    {
-        return [this, kind, answer](const Call &call) {
-            if (call.kind != kind || m_isReached.exchange(true))
-                return Answer::pass();
-            waitUntil([this] { return m_isLetGo.load(); });
-            return answer;
-        };
-    }
-    bool await() const
-    {
-        return waitUntil([this] { return m_isReached.load(); });
-    }
-    void letGo() { m_isLetGo = true; }
-
-private:
-    std::atomic<bool> m_isReached{false};
-    std::atomic<bool> m_isLetGo{false};
-};
 
 } // namespace
 
@@ -122,12 +62,6 @@ private Q_SLOTS:
     void tailDoesNotGoToAnotherLine();
     void bothThreadsMeetTheLoss();
     void peerNeverReads();
-    void peerNeverReadsUntilClose();
-    void closeBeforeTheFirstByteKeepsTheBlock();
-    void closeDropsWhatTheDriverHolds();
-    void closeAtEveryStep_data();
-    void closeAtEveryStep();
-    void destroyedWithWaitingBlocks();
     void readOnlyPortTellsItsBlocks();
     void noDescriptorsLeft();
     void portCannotBeWatched();
@@ -494,143 +428,6 @@ void tst_Faults::peerNeverReads()
     QVERIFY(bench.line.received().size() > next.size());
     QVERIFY(bench.line.received().size() < large.size());
     QCOMPARE(bench.line.received().substr(bench.line.received().size() - next.size()), next);
-    QCOMPARE(bench.finish(), QString());
-}
-
-void tst_Faults::peerNeverReadsUntilClose()
-{
-    FaultBench bench;
-    bench.write(MoreThanALineHolds);
-    const std::string next = bench.write();
-    Stop stop;
-    QVERIFY(bench.serial->open());
-    bench.line.setScript(stop.script(Kind::Poll, Answer::pass()));
-    std::thread ticker([&] { bench.tick(1); });
-    const bool isFull = stop.await();
-    stop.letGo();
-    bench.serial->close();
-    ticker.join();
-    QVERIFY(isFull);
-    QCOMPARE(bench.lines("takes no bytes: a block of 60000 bytes is lost"), 1);
-    QVERIFY(bench.sendAll());
-    QCOMPARE(bench.line.received().substr(bench.line.received().size() - next.size()), next);
-    QCOMPARE(bench.finish(), QString());
-}
-
-/// Nothing of it went out, so it goes on waiting.
-void tst_Faults::closeBeforeTheFirstByteKeepsTheBlock()
-{
-    FaultBench bench;
-    const std::string blocks = bench.writeSeveral(2);
-    Stop stop;
-    const auto keep = stop.script(Kind::Poll, Answer::pass());
-    QVERIFY(bench.serial->open());
-    bench.line.setScript(
-        [&](const Call &call) { return call.kind == Kind::Write ? Answer::fail(EAGAIN) : keep(call); });
-    std::thread ticker([&] { bench.tick(1); });
-    const bool isFull = stop.await();
-    stop.letGo();
-    bench.serial->close();
-    ticker.join();
-    QVERIFY(isFull);
-    QCOMPARE(bench.console(), QStringList());
-    QVERIFY(bench.sendAll());
-    QCOMPARE(bench.line.received(), blocks);
-    QCOMPARE(bench.finish(), QString());
-}
-
-/// Closing waits no longer than promised; what the driver then drops is told.
-void tst_Faults::closeDropsWhatTheDriverHolds()
-{
-    FaultBench bench;
-    QVERIFY(bench.serial->open());
-    const std::string out = bench.write();
-    bench.tick(1);
-    bench.line.setScript(driverThatKeeps());
-    bench.write(20);
-    bench.write(30);
-    bench.tick(2);
-    QVERIFY(bench.serial->close());
-    QCOMPARE(bench.console().size(), 2);
-    QCOMPARE(bench.lines("was closed while sending: a block of 20 bytes is lost"), 1);
-    QCOMPARE(bench.lines("was closed while sending: a block of 30 bytes is lost"), 1);
-    bench.line.readTaken();
-    QCOMPARE(bench.line.received(), out);
-    QCOMPARE(bench.finish(), QString());
-}
-
-void tst_Faults::closeAtEveryStep_data()
-{
-    QTest::addColumn<int>("step");
-    QTest::addColumn<bool>("isStuck");
-
-    // Three writes of four bytes, each but the last followed by a full line (write, fill, wait), the
-    // hold, and the two questions whether all is out.
-    for (int step = 0; step < StepsOfAWrite; ++step) {
-        QTest::addRow("step %d, the line goes on", step) << step << false;
-        QTest::addRow("step %d, the line stands still", step) << step << true;
-    }
-}
-
-void tst_Faults::closeAtEveryStep()
-{
-    QFETCH(int, step);
-    QFETCH(bool, isStuck);
-    FaultBench bench(115200); // a hold that is long enough to sleep
-    std::atomic<int> steps{0};
-    std::atomic<bool> isReached{false};
-    std::thread closer;
-    bool isWaiting = false; // sleeps of the wait below are no steps
-    const auto atStep = [&] {
-        if (isWaiting || steps++ != step)
-            return;
-        isReached = true;
-        isWaiting = true;
-        closer = std::thread([&] { bench.serial->close(); });
-        waitUntil([&] { return !bench.serial->isOpened(); });
-        isWaiting = false;
-    };
-    std::thread::id ticker;
-    int writes = 0;
-    const FaultyLine::Script script = [&](const Call &call) {
-        if (std::this_thread::get_id() != ticker)
-            return Answer::pass();
-        atStep();
-        if (call.kind != Kind::Write)
-            return Answer::pass();
-        return (isStuck && isReached) || writes++ % 2 ? Answer::fail(EAGAIN) : Answer::limit(4);
-    };
-    const std::string blocks = bench.writeSeveral(2, 12);
-    QVERIFY(bench.serial->open());
-    ticker = std::this_thread::get_id();
-    bench.line.setScript(script);
-    setSleepWatch([&] {
-        if (std::this_thread::get_id() == ticker && bench.pins().records().back().isHigh)
-            atStep();
-    });
-    bench.tick(1);
-    setSleepWatch(nullptr);
-    QVERIFY(closer.joinable());
-    closer.join();
-    if (!isStuck)
-        QCOMPARE(steps.load(), StepsOfAWrite);
-    QVERIFY(!bench.pins().records().back().isHigh);
-    QVERIFY(bench.sendAll());
-    if (!isStuck)
-        QCOMPARE(bench.line.received(), blocks);
-    QCOMPARE(bench.finish(), QString());
-    QVERIFY(bench.lines("is lost") <= (isStuck ? 1 : 0));
-}
-
-void tst_Faults::destroyedWithWaitingBlocks()
-{
-    FaultBench bench;
-    bench.write();
-    bench.write(300);
-    bench.serial.reset();
-    QCOMPARE(bench.console().size(), 2);
-    QCOMPARE(bench.lines("is no longer used: a block of 5 bytes is lost: 3C 30 2E 30 3E"), 0);
-    QCOMPARE(bench.lines("is no longer used: a block of 300 bytes is lost: 3C 30 2E 31"), 1);
     QCOMPARE(bench.finish(), QString());
 }
 
