@@ -294,6 +294,13 @@ void tst_Graphic::readyOnlyWhenSeen()
     plot.show();
     QVERIFY(QTest::qWaitForWindowExposed(&plot));
     QVERIFY(plot.isReadyToRepaint());
+    plot.resize(60, 40);
+    plot.grab(); // so that its parts take their places
+    QVERIFY(plot.canvas()->size().isEmpty());
+    QVERIFY(!plot.isReadyToRepaint());
+    plot.resize(600, 400);
+    plot.grab();
+    QVERIFY(plot.isReadyToRepaint());
     plot.hide();
     QVERIFY(!plot.isReadyToRepaint());
 }

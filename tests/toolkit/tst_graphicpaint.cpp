@@ -29,6 +29,7 @@ private Q_SLOTS:
     void clearForgetsAPausedPicture();
     void disabledIsPale();
     void paletteIsFollowed();
+    void curvesFollowThePalette();
     void userPaintsOverTheCurves();
     void userPaintsWithAFreshPainter();
     void manyPointsCostOneRepaint();
@@ -264,6 +265,25 @@ void tst_GraphicPaint::paletteIsFollowed()
     const QImage after = canvasOf(bench.plot);
     QCOMPARE(after.pixelColor(bench.at(73.0, 7.0).toPoint()), QColor(20, 30, 40));
     QVERIFY(before != after);
+}
+
+void tst_GraphicPaint::curvesFollowThePalette()
+{
+    const PlotBench reference;
+    PlotBench changed;
+    QPalette dark;
+    dark.setColor(QPalette::Base, QColor(30, 30, 30));
+    dark.setColor(QPalette::Text, Qt::white);
+    PlotBench fresh;
+    fresh.plot.setPalette(dark);
+    fresh.plot.updateLegend(true);
+    changed.plot.setPalette(dark);
+    const auto legendOf = [](const PlotBench &bench) {
+        return bench.plot.findChild<QWidget *>(QStringLiteral("legend"))->grab().toImage();
+    };
+    QVERIFY(legendOf(reference) != legendOf(fresh));
+    QCOMPARE(legendOf(changed), legendOf(fresh));
+    QCOMPARE(canvasOf(changed.plot), canvasOf(fresh.plot));
 }
 
 void tst_GraphicPaint::userPaintsOverTheCurves()
