@@ -15,6 +15,7 @@ import os
 import pathlib
 import random
 import re
+import resource
 import shlex
 import shutil
 import subprocess
@@ -225,10 +226,18 @@ def compile_all(chosen):
 # --- trying them --------------------------------------------------------------------------------
 
 
+# A changed loop condition may eat all memory there is.
+MEMORY_LIMIT = 6 << 30
+
+
+def limit_memory():
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+
+
 def ctest(names, timeout, **environment):
     pattern = "^(" + "|".join(map(re.escape, names)) + ")$"
     return run("ctest", "--test-dir", str(BUILD), "-R", pattern, "--timeout", str(timeout), "--stop-on-failure",
-               env={**os.environ, "QT_QPA_PLATFORM": "offscreen", **environment})
+               preexec_fn=limit_memory, env={**os.environ, "QT_QPA_PLATFORM": "offscreen", **environment})
 
 
 def reached_by():
