@@ -1,11 +1,8 @@
 #include "tabbench.h"
 #include "testmain.h"
+#include "widgetschedule.h"
 
 #include <QPointer>
-#include <QRandomGenerator>
-
-#include <functional>
-#include <memory>
 
 /// Whatever happens to the widget, and whenever in a drag, nothing goes wrong.
 class tst_TabWidgetSchedule : public QObject
@@ -21,40 +18,34 @@ private Q_SLOTS:
 namespace
 {
 
-constexpr int SchedulesPerRow = 40;
+constexpr int SchedulesPerRow = 60;
 constexpr int StepsPerSchedule = 40;
 
-/// A widget in a panel, and one schedule of random steps.
-class Schedule
+/// What happens to a tab widget beyond what happens to every widget.
+class TabDeeds
 {
 public:
-    explicit Schedule(quint32 seed)
-        : m_dice(seed)
+    explicit TabDeeds(WidgetSchedule &schedule)
+        : m_schedule(schedule)
+        , m_widget(static_cast<KelTabWidget *>(schedule.widget()))
+        , m_bar(static_cast<KelTabBar *>(m_widget->tabBar()))
     {
-        m_panel.resize(320, 200);
-        m_widget = new KelTabWidget(&m_panel);
-        m_bar = static_cast<KelTabBar *>(m_widget->tabBar());
-        m_widget->resize(300, 120);
         for (int i = below(25); i > 0; --i)
             addTab();
-        m_panel.show();
+        schedule.addDeed(
+            "add tab", [this] { addTab(); }, 4);
+        schedule.addDeed(
+            "remove tab", [this] { m_widget->removeTab(below(m_widget->count() + 1)); }, 4);
+        schedule.addDeed(
+            "choose", [this] { m_widget->setCurrentIndex(below(m_widget->count() + 2) - 1); }, 4);
+        schedule.addDeed(
+            "drag", [this] { drag(); }, 16);
+        schedule.setCheck([this] { return mistake(); });
+        QObject::connect(m_bar, &KelTabBar::needMoveBar, m_widget, [this] { happen(); });
     }
-
-    void run()
-    {
-        for (int i = 0; i < StepsPerSchedule && m_widget; ++i) {
-            const int index = below(20);
-            m_trace << QByteArray::number(index);
-            step(index);
-            if (m_widget)
-                check();
-        }
-    }
-
-    QByteArray trouble; ///< The first thing that was wrong, empty if nothing was.
 
 private:
-    int below(int bound) { return static_cast<int>(m_dice.bounded(static_cast<quint32>(bound))); }
+    int below(int bound) { return m_schedule.below(bound); }
 
     void addTab()
     {
@@ -62,114 +53,66 @@ private:
                             QString(1 + below(8), QLatin1Char('m')));
     }
 
-    void send(QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons held)
+    /// A drag of the bar, and maybe something in the middle of it.
+    void drag()
     {
         // What is left to lay out comes first, for no widget survives its deletion while it is resized.
         QCoreApplication::sendPostedEvents(m_widget, QEvent::LayoutRequest);
+        m_happensIn = below(12);
+        const QPointer<KelTabBar> bar = m_bar;
+        send(QEvent::MouseButtonPress, Qt::LeftButton);
+        for (int i = below(5); i > 0 && bar; --i)
+            send(QEvent::MouseMove, Qt::NoButton);
+        if (bar)
+            send(QEvent::MouseButtonRelease, Qt::LeftButton);
+        m_happensIn = -1;
+    }
+
+    void send(QEvent::Type type, Qt::MouseButton button)
+    {
         const QPoint at(below(320) - 10 - m_bar->x(), below(40) - 4);
+        const Qt::MouseButtons held = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
         QMouseEvent event(type, at, m_bar->mapToGlobal(at), button, held, Qt::NoModifier);
-        m_isPointed = true;
         QApplication::sendEvent(m_bar, &event);
-        m_isPointed = false;
     }
 
-    void step(int index)
+    void happen()
     {
-        switch (index) {
-        case 0:
-        case 1:
-        case 2:
-            return send(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
-        case 3:
-        case 4:
-        case 5:
-        case 6:
-            return send(QEvent::MouseMove, Qt::NoButton, Qt::LeftButton);
-        case 7:
-        case 8:
-            return send(QEvent::MouseButtonRelease, Qt::LeftButton, Qt::NoButton);
-        case 9:
-            return send(QEvent::MouseButtonDblClick, Qt::LeftButton, Qt::LeftButton);
-        case 10:
-            return send(QEvent::MouseButtonPress, Qt::RightButton, Qt::RightButton);
-        case 11:
-            return m_widget->setVisible(!m_widget->isVisible());
-        case 12:
-            return m_widget->setEnabled(!m_widget->isEnabled());
-        default:
-            return changeTabs(index);
-        }
-    }
-
-    void changeTabs(int index)
-    {
-        switch (index) {
-        case 13:
-            return addTab();
-        case 14:
-            return m_widget->removeTab(below(m_widget->count() + 1));
-        case 15:
-            return m_widget->resize(below(500), below(300));
-        case 16:
-            return m_widget->setTabPosition(static_cast<QTabWidget::TabPosition>(below(4)));
-        case 17:
-            return m_widget->setAutoSide(below(2) == 0);
-        case 18:
-            return below(3) == 0 ? plan() : m_widget->setCurrentIndex(below(m_widget->count() + 2) - 1);
-        default:
-            m_panel.grab();
-            return QCoreApplication::processEvents();
-        }
-    }
-
-    // Something happens in the middle of the next step of the pointer that moves the bar or chooses a page.
-    void plan()
-    {
-        const int what = below(4);
-        const auto happen = [this, what] {
-            if (!m_widget || m_hasHappened || !m_isPointed)
-                return;
-            m_hasHappened = true;
-            if (what == 0)
-                m_widget->deleteLater();
-            else if (what == 1)
-                m_widget->clear();
-            else if (what == 2)
-                m_widget->hide();
-            else
-                delete m_widget;
-        };
-        m_hasHappened = false;
-        QObject::connect(m_bar, &KelTabBar::needMoveBar, m_widget, happen);
-        if (what != 3) // Qt's own bar goes on after it has announced a page.
-            QObject::connect(m_widget, &QTabWidget::currentChanged, m_widget, happen);
-    }
-
-    void check()
-    {
-        const auto expect = [this](bool isTrue, const char *what) {
-            if (!isTrue && trouble.isEmpty())
-                trouble = QByteArray(what) + " after " + m_trace.join(' ');
-        };
-        expect(m_widget->currentIndex() < m_widget->count(), "a page that is not there");
-        expect(m_widget->count() == 0 || m_widget->currentIndex() >= 0, "no page");
-        const auto side = m_widget->tabPosition();
-        if ((side != QTabWidget::North && side != QTabWidget::South) || !m_widget->isVisible() || m_widget->width() < 1)
+        if (m_happensIn < 0 || m_happensIn-- > 0)
             return;
+        const int what = below(4);
+        if (what == 0)
+            m_widget->deleteLater();
+        else if (what == 1)
+            m_widget->clear();
+        else if (what == 2)
+            m_widget->hide();
+        else
+            delete m_widget;
+    }
+
+    QByteArray mistake()
+    {
+        if (m_widget->currentIndex() >= m_widget->count())
+            return "a page that is not there";
+        if (m_widget->count() > 0 && m_widget->currentIndex() < 0)
+            return "no page";
+        const auto side = m_widget->tabPosition();
+        if ((side != QTabWidget::North && side != QTabWidget::South) || !m_bar->isVisible() || m_widget->width() < 1)
+            return {};
         QCoreApplication::sendPostedEvents(m_widget, QEvent::LayoutRequest);
         const int width = qMax(m_widget->width(), m_bar->sizeHint().width());
-        expect(m_bar->width() == width, "a bar of another width");
-        expect(m_bar->x() <= 0, "a gap before the first tab");
-        expect(m_bar->x() >= qMin(0, m_widget->width() - width), "a gap behind the last tab");
+        if (m_bar->width() != width)
+            return "a bar of another width";
+        if (m_bar->x() > 0)
+            return "a gap before the first tab";
+        return m_bar->x() < qMin(0, m_widget->width() - width) ? "a gap behind the last tab" : QByteArray();
     }
 
-    QWidget m_panel;
-    QPointer<KelTabWidget> m_widget;
-    QPointer<KelTabBar> m_bar;
-    QRandomGenerator m_dice;
-    QByteArrayList m_trace;
-    bool m_hasHappened = false;
-    bool m_isPointed = false;
+    WidgetSchedule &m_schedule;
+    const QPointer<KelTabWidget> m_widget;
+    const QPointer<KelTabBar> m_bar;
+    int m_happensIn = -1; ///< Moves of the bar until something happens; below 0 for never.
 };
 
 } // namespace
@@ -191,9 +134,11 @@ void tst_TabWidgetSchedule::schedule()
 {
     QFETCH(quint32, seed);
     for (quint32 i = 0; i < SchedulesPerRow; ++i) {
-        Schedule schedule(seed + i);
-        schedule.run();
-        QVERIFY2(schedule.trouble.isEmpty(), schedule.trouble.constData());
+        WidgetSchedule schedule(seed + i, [](QWidget *parent) { return new KelTabWidget(parent); });
+        TabDeeds deeds(schedule);
+        schedule.run(StepsPerSchedule);
+        schedule.comeToRest();
+        QVERIFY2(schedule.trouble().isEmpty(), schedule.trouble().constData());
     }
 }
 

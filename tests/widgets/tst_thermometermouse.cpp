@@ -1,9 +1,9 @@
 #include "mousedrag.h"
 #include "testmain.h"
 #include "thermometerbench.h"
+#include "widgetschedule.h"
 
 #include <QPointer>
-#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <functional>
 
@@ -241,102 +241,43 @@ void tst_ThermometerMouse::deletedWhilePressed()
     QVERIFY(thermometer.isNull());
 }
 
-/// A panel on which chance does to a thermometer what operators and programs may do.
-class Chance
+namespace
 {
-public:
-    explicit Chance(quint32 seed)
-        : m_random(seed)
-        , m_thermometer(new KelThermometer(&m_panel))
-    {
-        m_panel.resize(400, 800);
-        m_thermometer->resize(120, 300);
-        m_panel.show();
-        QObject::connect(m_thermometer, &KelThermometer::valueChanged, m_thermometer, [this](double value) {
-            m_isInOrder = m_isInOrder && value == m_thermometer->value();
-            if (below(4) == 0)
-                anything(); // in the middle of it
-        });
-    }
 
-    /// Whether everything was in order while \a steps things happened.
-    bool live(int steps)
-    {
-        for (int i = 0; i < steps && m_thermometer; ++i) {
-            anything();
-            if (!m_thermometer)
-                break;
-            const double kept =
-                qMax(qMin(m_thermometer->value(), m_thermometer->gradMaximum()), m_thermometer->gradMinimum());
-            m_isInOrder = m_isInOrder && kept == m_thermometer->value() && qIsFinite(m_thermometer->h__anim());
-        }
-        return m_isInOrder && comesToRest();
-    }
+constexpr quint32 Schedules = 400;
+constexpr int Steps = 60;
 
-private:
-    int below(int bound) { return int(m_random.bounded(bound)); }
-    double number() { return m_random.bounded(240.0) - 120.0; }
+/// The scale's bounds move by a schedule of their own: within what single precision shows exactly enough.
+void addScaleDeeds(WidgetSchedule &schedule, KelThermometer *it)
+{
+    for (const char *name : {"h__anim", "gradMinimum", "gradMaximum", "setGradMinimum", "setGradMaximum"})
+        schedule.leaveAlone(name);
+    const auto number = [&schedule] { return schedule.below(240) - 120.0; };
+    schedule.addDeed(
+        "scale bottom", [=] { it->setGradMinimum(number()); }, 3);
+    schedule.addDeed(
+        "scale top", [=] { it->setGradMaximum(number()); }, 3);
+    schedule.addDeed(
+        "value", [=] { it->setValue(number()); }, 3);
+}
 
-    bool comesToRest()
-    {
-        if (!m_thermometer)
-            return true;
-        auto *animation = m_thermometer->findChild<QPropertyAnimation *>();
-        if (animation->state() != QAbstractAnimation::Running)
-            return true;
-        animation->setCurrentTime(animation->duration());
-        return m_thermometer && qAbs(double(m_thermometer->h__anim()) - m_thermometer->value()) < 1e-4;
-    }
-
-    void anything()
-    {
-        KelThermometer *const it = m_thermometer;
-        const QPointF place(below(130), below(320) - 10);
-        const QVector<std::function<void()>> deeds = {
-            [=] { QTest::mousePress(it, Qt::LeftButton, Qt::NoModifier, it->rect().center()); },
-            [=] { dragMouse(it, place); },
-            [=] { dragMouse(it, place); },
-            [=] { QTest::mouseRelease(it, Qt::LeftButton, Qt::NoModifier, it->rect().center()); },
-            [=] { frame(); },
-            [=] { frame(); },
-            [=] { it->setValue(number()); },
-            [=] { it->setGradMinimum(number()); },
-            [=] { it->setGradMaximum(number()); },
-            [=] { it->setMinimum(number()); },
-            [=] { it->setVisible(below(2) == 0); },
-            [=] { it->setEnabled(below(2) == 0); },
-            [=] { it->setReadOnly(below(3) == 0); },
-            [=] { it->resize(1 + below(140), 1 + below(320)); },
-            [=] { m_panel.setVisible(below(2) == 0); },
-            [=] { it->animate(); },
-            [=] { QCoreApplication::processEvents(); },
-            [=] { rendered(*it); },
-        };
-        const int choice = below(deeds.size() * 4 + 1);
-        if (choice == deeds.size() * 4)
-            delete m_thermometer;
-        else
-            deeds.at(choice % deeds.size())();
-    }
-
-    void frame()
-    {
-        auto *animation = m_thermometer->findChild<QPropertyAnimation *>();
-        if (animation->state() == QAbstractAnimation::Running)
-            animation->setCurrentTime(qMin(animation->duration(), animation->currentTime() + below(90)));
-    }
-
-    QRandomGenerator m_random;
-    QWidget m_panel;
-    QPointer<KelThermometer> m_thermometer;
-    bool m_isInOrder = true;
-};
+} // namespace
 
 void tst_ThermometerMouse::anythingAtAnyTime()
 {
-    for (quint32 seed = 1; seed <= 400; ++seed) {
-        Chance chance(seed);
-        QVERIFY2(chance.live(60), QByteArray::number(seed).constData());
+    for (quint32 seed = 1; seed <= Schedules; ++seed) {
+        WidgetSchedule schedule(seed, [](QWidget *parent) { return new KelThermometer(parent); });
+        const QPointer<KelThermometer> it = static_cast<KelThermometer *>(schedule.widget());
+        addScaleDeeds(schedule, it);
+        schedule.setCheck([it] {
+            const double kept = qMax(qMin(it->value(), it->gradMaximum()), it->gradMinimum());
+            return QByteArray(kept == it->value() && qIsFinite(it->h__anim()) ? "" : "a value beyond the scale");
+        });
+        schedule.run(Steps);
+        schedule.comeToRest();
+        QVERIFY2(schedule.trouble().isEmpty(), schedule.trouble().constData());
+        if (it)
+            QVERIFY(qAbs(double(it->h__anim()) - it->value()) < 1e-4);
     }
 }
 
