@@ -41,7 +41,9 @@ public:
         schedule.addDeed(
             "drag", [this] { drag(); }, 16);
         schedule.setCheck([this] { return mistake(); });
-        QObject::connect(m_bar, &KelTabBar::needMoveBar, m_widget, [this] { happen(); });
+        QObject::connect(m_bar, &KelTabBar::needMoveBar, m_widget, [this] { happen(4); });
+        // Qt's own bar goes on after it has announced a page.
+        QObject::connect(m_widget, &QTabWidget::currentChanged, m_widget, [this] { happen(3); });
     }
 
 private:
@@ -76,11 +78,11 @@ private:
         QApplication::sendEvent(m_bar, &event);
     }
 
-    void happen()
+    void happen(int choices)
     {
         if (m_happensIn < 0 || m_happensIn-- > 0)
             return;
-        const int what = below(4);
+        const int what = below(choices);
         if (what == 0)
             m_widget->deleteLater();
         else if (what == 1)
