@@ -1,5 +1,6 @@
 #include "kelslider.h"
 
+#include "groupboxpicture.h"
 #include "kelsliderbar.h"
 #include "ui_kelslider.h"
 
@@ -8,6 +9,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPointer>
+#include <QStyleOptionGroupBox>
 
 #include <algorithm>
 #include <cmath>
@@ -64,6 +66,7 @@ QString shortNumber(double number)
 KelSlider::KelSlider(QWidget *parent)
     : QGroupBox(parent)
     , m_ui(new Ui_KelSlider())
+    , m_boxPicture(new GroupBoxPicture())
     , m_frame(new SliderBarFrame())
 {
     m_ui->setupUi(this); // connects the buttons to the slots that are named after them
@@ -309,11 +312,25 @@ void KelSlider::setTitleSize(double size_)
 
 bool KelSlider::event(QEvent *event)
 {
+    if (event->type() == QEvent::StyleChange)
+        m_boxPicture->forget();
     if (event->type() == QEvent::Polish || event->type() == QEvent::FontChange) {
         m_ui->bar->setMinimumSize(preferredIconSize(BarHeightInFonts, this));
         m_scale = appScale(this);
     }
     return QGroupBox::event(event);
+}
+
+void KelSlider::paintEvent(QPaintEvent *event)
+{
+    QStyleOptionGroupBox option;
+    initStyleOption(&option);
+    if (!GroupBoxPicture::fits(option) || size().isEmpty()) {
+        QGroupBox::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, m_boxPicture->picture(option, *this));
 }
 
 bool KelSlider::eventFilter(QObject *watched, QEvent *event)

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class GroupBoxPicture;
 class SliderBarFrame;
 class Ui_KelSlider;
 
@@ -112,6 +113,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private Q_SLOTS:
@@ -128,6 +130,7 @@ private:
     void showBounds();
 
     std::unique_ptr<Ui_KelSlider> m_ui;
+    std::unique_ptr<GroupBoxPicture> m_boxPicture; // what lies under the bar
     std::unique_ptr<SliderBarFrame> m_frame;
     bool m_crossesZero = false; // As the bounds were when they were last set.
     bool m_readOnly = false;
