@@ -18,6 +18,10 @@
 #include <memory>
 #include <unistd.h>
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/common_interface_defs.h>
+#endif
+
 /// Whatever happens to any widget, and whenever, nothing goes wrong: no crash, no warning, no paint of what is hidden,
 /// no animation that goes on for nobody.
 class tst_Schedules : public QObject
@@ -48,13 +52,20 @@ constexpr int PlotSchedules = 280;
 /// The schedule that is under way, for whoever has to repeat one that crashed.
 char current[128];
 
-extern "C" void tellSchedule(int signal)
+void tellCurrent()
 {
     const ssize_t written = write(STDOUT_FILENO, current, std::strlen(current));
     Q_UNUSED(written)
+}
+
+#if !defined(__SANITIZE_ADDRESS__)
+extern "C" void tellSchedule(int signal)
+{
+    tellCurrent();
     std::signal(signal, SIG_DFL);
     std::raise(signal);
 }
+#endif
 
 /// KEL_SCHEDULES is the seed of the first schedule of each widget, or "FIRST:COUNT".
 QByteArrayList wish()
@@ -125,12 +136,16 @@ void tst_Schedules::initTestCase()
     database.setDatabaseName(m_catalogue->path());
     QVERIFY(database.open());
 
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+#if defined(__SANITIZE_ADDRESS__)
+    __sanitizer_set_death_callback(tellCurrent);
+#else
     // Devices tell the console about every message; who repeats schedules wants to see it all.
     if (!qEnvironmentVariableIsSet("KEL_SCHEDULES"))
         m_console = std::make_unique<StderrCapture>();
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE})
         std::signal(signal, tellSchedule);
+#endif
 }
 
 void tst_Schedules::anythingAtAnyTime_data()
@@ -165,6 +180,7 @@ void tst_Schedules::anythingAtAnyTime()
         schedule.comeToRest();
         QVERIFY2(schedule.trouble().isEmpty(), (QByteArray(current) + schedule.trouble()).constData());
     }
+    current[0] = '\0';
 }
 
 void tst_Schedules::aScheduleRepeats()
