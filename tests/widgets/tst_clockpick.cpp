@@ -15,6 +15,7 @@ private Q_SLOTS:
     void sectorEdges();
     void bands_data();
     void bands();
+    void outerEdgeBelongsToTheRing();
     void bandsOfAFlatFace();
     void middleOfAnOddFace();
     void pointerIsRounded();
@@ -170,6 +171,15 @@ void tst_ClockPick::bands()
         ClockBench::tap(bench.hours, QPointF(x, side / 2));
         QVERIFY2(bench.clock.time().hour() == expected, qPrintable(QStringLiteral("%1 px: %2").arg(x).arg(expected)));
     }
+}
+
+void tst_ClockPick::outerEdgeBelongsToTheRing()
+{
+    ClockBench bench(QSize(154, 154)); // 154 / 2 / 1.1 is 70 to the last digit.
+    ClockBench::tap(bench.hours, QPointF(77 + 71, 77));
+    QCOMPARE(bench.clock.time().hour(), 0);
+    ClockBench::tap(bench.hours, QPointF(77 + 70, 77));
+    QCOMPARE(bench.clock.time().hour(), 15);
 }
 
 void tst_ClockPick::bandsOfAFlatFace()
