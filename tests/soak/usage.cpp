@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr qint64 AllocatedMargin = 128 * 1024; ///< A tick that leaves one byte behind takes 50 million of them.
+constexpr qint64 AllocatedMargin = 256 * 1024; ///< A tick that leaves one byte behind takes 50 million of them.
 constexpr qint64 ResidentMargin = 4 * 1024 * 1024;
 
 bool stays(const char *what, qint64 before, qint64 after, qint64 margin)
