@@ -281,6 +281,11 @@ void tst_CommandCodec::prepareHandmade()
 
     QTest::ignoreMessage(QtDebugMsg, ValueReport);
     QCOMPARE(prepareCommand({typed(0, 1), typed(type, size)}, {1}), QByteArray());
+
+    CommandArgument constant = typed(type, size);
+    constant.value = 5;
+    QTest::ignoreMessage(QtDebugMsg, ValueReport);
+    QCOMPARE(prepareCommand({constant}, {}), QByteArray());
 }
 
 void tst_CommandCodec::prepareStepsOverByEncodedLength()
@@ -294,6 +299,7 @@ void tst_CommandCodec::prepareStepsOverByEncodedLength()
 
     // An argument at the end with too few entries is still sent whole.
     QCOMPARE(prepareCommand({shown, typed(4, 4, true)}, {0x12345678}), bytes("bb12345678"));
+    QCOMPARE(prepareCommand({shown, typed(7, 8)}, {0x12345678}), bytes("bb7856341200000000"));
 }
 
 void tst_CommandCodec::parse_data()
