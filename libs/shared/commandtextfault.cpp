@@ -124,13 +124,27 @@ std::optional<TextFault> argumentFault(const QString &word)
     return TextFault{Kind::NotANumber, word, QStringLiteral("is no argument's number, so it means argument 0")};
 }
 
+/// A capture of an argument below 0 is no capture: its element is a fixed value.
+std::optional<TextFault> captureFault(const QString &word)
+{
+    const int fixed = ~word.mid(1).toInt();
+    if (fixed < 0)
+        return argumentFault(word);
+    if (fixed > MaxByte)
+        return TextFault{Kind::OutsideAByte, word,
+                         QStringLiteral("is the fixed value %1, above 255, so no message matches").arg(fixed)};
+    return TextFault{Kind::NotANumber, word,
+                     QStringLiteral("is no argument's number, so it expects the byte %1")
+                         .arg(QString::number(fixed, 16).rightJustified(2, QLatin1Char('0')).toUpper())};
+}
+
 std::optional<TextFault> answerFault(const QString &word, int deviceID)
 {
     if (isExpression(word))
         return TextFault{Kind::NotANumber, word,
                          QStringLiteral("is an expression, which answers do not have, so it means argument 0")};
     if (isArgument(word))
-        return argumentFault(word);
+        return captureFault(word);
 
     bool isNumber = true;
     const bool isId = word == QLatin1String("%id");

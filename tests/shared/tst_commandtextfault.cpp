@@ -71,6 +71,9 @@ void tst_CommandTextFault::answer_data()
     row("%id", -2, "%id is the device's own id -2, below 0, so it takes any byte as argument 1");
     row("zz", 1, "zz is no number, so it expects 00");
     row("%x", 1, "%x is no argument's number, so it means argument 0");
+    row("%-12", 1, "%-12 is no argument's number, so it expects the byte 0B");
+    row("%-256", 1, "%-256 is no argument's number, so it expects the byte FF");
+    row("%-257", 1, "%-257 is the fixed value 256, above 255, so no message matches");
     row("%(a1)", 1, "%(a1) is an expression, which answers do not have, so it means argument 0");
 }
 
