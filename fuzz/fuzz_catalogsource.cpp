@@ -1,7 +1,7 @@
 // Any bytes as a catalogue's source: reading ends with rows or with lines that say what is wrong, and rows
 // without mistakes can be written as a source that reads the same.
 
-#include <cataloguesource.h>
+#include <catalogue/cataloguesource.h>
 
 #include <cstdint>
 #include <cstdlib>

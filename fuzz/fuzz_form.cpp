@@ -1,7 +1,7 @@
 // Any bytes as a form: the look over it ends, and what it lets pass is well-formed and within limits.
 
-#include <formlimits.h>
-#include <panelform.h>
+#include <panel/formlimits.h>
+#include <panel/panelform.h>
 
 #include <QXmlStreamReader>
 

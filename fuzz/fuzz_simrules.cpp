@@ -1,6 +1,6 @@
 // Any bytes as simulator rules: reading ends with rules or one line, and rules answer any message.
 
-#include <simulateddevice.h>
+#include <simulator/simulateddevice.h>
 
 #include <cstdint>
 #include <cstdlib>

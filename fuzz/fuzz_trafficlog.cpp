@@ -2,7 +2,7 @@
 // log that can be played back answers every request.
 
 #include <command.h>
-#include <trafficreplay.h>
+#include <traffic/trafficreplay.h>
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,8 +1,8 @@
 // kel catalog: make, print, export and check command catalogues.
-#include "catalogue.h"
-#include "cataloguedatabase.h"
-#include "cataloguefiles.h"
-#include "cataloguesource.h"
+#include "catalogue/catalogue.h"
+#include "catalogue/cataloguedatabase.h"
+#include "catalogue/cataloguefiles.h"
+#include "catalogue/cataloguesource.h"
 #include "command.h"
 #include "commands.h"
 #include "printable.h"

@@ -1,11 +1,11 @@
 // kel check: looks a panel and its catalogue over without running them.
 #include "application.h"
-#include "catalogue.h"
+#include "catalogue/catalogue.h"
 #include "check/check.h"
 #include "check/report.h"
 #include "command.h"
 #include "commands.h"
-#include "panelfiles.h"
+#include "panel/panelfiles.h"
 
 #include <algorithm>
 #include <cstdio>

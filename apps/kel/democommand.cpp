@@ -1,16 +1,16 @@
 #include "application.h"
-#include "catalogue.h"
+#include "catalogue/catalogue.h"
 #include "command.h"
 #include "commands.h"
 #include "demoscenario.h"
-#include "deviceroutes.h"
 #include "examples.h"
-#include "formloader.h"
-#include "paneltrace.h"
-#include "plotfeed.h"
-#include "ptyline.h"
+#include "panel/deviceroutes.h"
+#include "panel/formloader.h"
+#include "panel/paneltrace.h"
+#include "panel/plotfeed.h"
 #include "quitonsignals.h"
-#include "simulator.h"
+#include "simulator/ptyline.h"
+#include "simulator/simulator.h"
 
 #include <kelglobals.h>
 

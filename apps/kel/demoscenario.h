@@ -2,7 +2,7 @@
 /// What the demo does when nobody is there to press its buttons.
 #pragma once
 
-#include "trafficlog.h"
+#include "traffic/trafficlog.h"
 
 #include <QString>
 #include <QTime>

@@ -1,7 +1,7 @@
 // kel doctor: says why a widget does not appear or a panel does not run, and what helps.
 #include "command.h"
 #include "commands.h"
-#include "machinefacts.h"
+#include "doctor/machinefacts.h"
 
 #include <QCoreApplication>
 

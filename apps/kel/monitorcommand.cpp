@@ -1,13 +1,13 @@
 // kel monitor: the traffic of a port or of a log, with what a catalogue knows about it.
-#include "cataloguefiles.h"
+#include "catalogue/cataloguefiles.h"
 #include "command.h"
 #include "commands.h"
-#include "logfollower.h"
-#include "portlistener.h"
 #include "printable.h"
 #include "quitonsignals.h"
-#include "trafficdecoder.h"
-#include "trafficlog.h"
+#include "traffic/logfollower.h"
+#include "traffic/portlistener.h"
+#include "traffic/trafficdecoder.h"
+#include "traffic/trafficlog.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

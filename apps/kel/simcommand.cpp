@@ -1,9 +1,9 @@
 #include "command.h"
 #include "commands.h"
-#include "ptyline.h"
 #include "quitonsignals.h"
-#include "simulator.h"
-#include "tcpline.h"
+#include "simulator/ptyline.h"
+#include "simulator/simulator.h"
+#include "simulator/tcpline.h"
 
 #include <QCoreApplication>
 

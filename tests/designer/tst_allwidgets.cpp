@@ -3,7 +3,7 @@
 #include "testmain.h"
 #include "ui_allwidgets.h"
 
-#include <formloader.h>
+#include <panel/formloader.h>
 #include <widgetlist.h>
 
 #include <QMetaProperty>

@@ -2,14 +2,14 @@
 /// The hall's panel, as `kel demo` runs it, against its simulated devices.
 #pragma once
 
-#include <catalogue.h>
-#include <deviceroutes.h>
+#include <catalogue/catalogue.h>
 #include <examples.h>
-#include <formloader.h>
 #include <kelglobals.h>
 #include <localdevice.h>
-#include <ptyline.h>
-#include <simulator.h>
+#include <panel/deviceroutes.h>
+#include <panel/formloader.h>
+#include <simulator/ptyline.h>
+#include <simulator/simulator.h>
 
 #include <QHash>
 #include <QTemporaryDir>

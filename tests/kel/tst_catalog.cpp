@@ -2,10 +2,10 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <catalogue.h>
-#include <cataloguedatabase.h>
-#include <cataloguefiles.h>
-#include <cataloguesource.h>
+#include <catalogue/catalogue.h>
+#include <catalogue/cataloguedatabase.h>
+#include <catalogue/cataloguefiles.h>
+#include <catalogue/cataloguesource.h>
 #include <command.h>
 #include <kvcommands.h>
 

@@ -1,8 +1,8 @@
 #include "testmain.h"
 
-#include <cataloguesource.h>
-#include <cataloguetext.h>
-#include <tomldepth.h>
+#include <catalogue/cataloguesource.h>
+#include <catalogue/cataloguetext.h>
+#include <catalogue/tomldepth.h>
 
 /// Reading and checking the source of a catalogue, without files.
 class tst_CatalogSource : public QObject

@@ -2,7 +2,7 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <catalogue.h>
+#include <catalogue/catalogue.h>
 #include <check/check.h>
 #include <check/rule.h>
 #include <command.h>

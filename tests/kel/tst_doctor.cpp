@@ -2,7 +2,7 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <diagnosis.h>
+#include <doctor/diagnosis.h>
 
 class tst_Doctor : public QObject
 {

@@ -11,7 +11,7 @@
 #include <piiodevice.h>
 #include <piqt.h>
 #include <serverproject.h>
-#include <simulatorrules.h>
+#include <simulator/simulatorrules.h>
 #include <variabletext.h>
 
 #include <QDir>

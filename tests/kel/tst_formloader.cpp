@@ -1,7 +1,7 @@
 #include "testmain.h"
 
 #include <command.h>
-#include <formloader.h>
+#include <panel/formloader.h>
 #include <widgetlist.h>
 
 #include <QMetaProperty>

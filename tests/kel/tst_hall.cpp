@@ -7,7 +7,7 @@
 #include <kelslider.h>
 #include <kelswitch.h>
 #include <keltabwidget.h>
-#include <plotfeed.h>
+#include <panel/plotfeed.h>
 #include <qtimerwidget.h>
 
 #include <QLabel>

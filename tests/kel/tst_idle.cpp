@@ -1,13 +1,13 @@
 #include "ptypair.h"
 #include "testmain.h"
 
-#include <catalogue.h>
-#include <deviceroutes.h>
+#include <catalogue/catalogue.h>
 #include <examples.h>
-#include <formloader.h>
 #include <kelglobals.h>
 #include <kellight.h>
 #include <localdevice.h>
+#include <panel/deviceroutes.h>
+#include <panel/formloader.h>
 #include <qtimerwidget.h>
 #include <widgetlist.h>
 

@@ -3,10 +3,10 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <cataloguefiles.h>
+#include <catalogue/cataloguefiles.h>
 #include <command.h>
-#include <logfollower.h>
-#include <trafficdecoder.h>
+#include <traffic/logfollower.h>
+#include <traffic/trafficdecoder.h>
 
 #include <QFile>
 #include <QSignalSpy>

@@ -3,13 +3,13 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <catalogue.h>
+#include <catalogue/catalogue.h>
 #include <command.h>
-#include <deviceroutes.h>
-#include <formloader.h>
 #include <kelbutton.h>
 #include <kelglobals.h>
 #include <localdevice.h>
+#include <panel/deviceroutes.h>
+#include <panel/formloader.h>
 
 #include <QFile>
 #include <QLabel>

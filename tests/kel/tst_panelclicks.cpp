@@ -2,7 +2,7 @@
 #include "testmain.h"
 
 #include <command.h>
-#include <panelclicks.h>
+#include <panel/panelclicks.h>
 
 #include <QPushButton>
 #include <QTemporaryDir>

@@ -1,7 +1,7 @@
 #include "testmain.h"
 
-#include <formlimits.h>
-#include <panelform.h>
+#include <panel/formlimits.h>
+#include <panel/panelform.h>
 
 class tst_PanelForm : public QObject
 {

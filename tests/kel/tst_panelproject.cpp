@@ -3,7 +3,7 @@
 #include "testmain.h"
 
 #include <command.h>
-#include <panelfiles.h>
+#include <panel/panelfiles.h>
 #include <serverproject.h>
 
 #include <QFileInfo>

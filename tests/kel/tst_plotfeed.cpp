@@ -2,15 +2,15 @@
 #include "tempcatalogue.h"
 #include "testmain.h"
 
-#include <catalogue.h>
-#include <deviceroutes.h>
-#include <formloader.h>
+#include <catalogue/catalogue.h>
 #include <kelglobals.h>
 #include <kelgraphic.h>
 #include <localdevice.h>
-#include <plotfeed.h>
-#include <ptyline.h>
-#include <simulator.h>
+#include <panel/deviceroutes.h>
+#include <panel/formloader.h>
+#include <panel/plotfeed.h>
+#include <simulator/ptyline.h>
+#include <simulator/simulator.h>
 
 #include <QDateTime>
 #include <QPainter>

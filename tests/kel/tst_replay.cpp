@@ -2,7 +2,7 @@
 #include "testmain.h"
 
 #include <command.h>
-#include <trafficreplay.h>
+#include <traffic/trafficreplay.h>
 
 #include <QElapsedTimer>
 #include <QFile>

@@ -1,10 +1,10 @@
 #include "kelprocess.h"
 #include "testmain.h"
 
-#include <messagegap.h>
-#include <ptyline.h>
-#include <requestsplit.h>
-#include <simulator.h>
+#include <simulator/ptyline.h>
+#include <simulator/requestsplit.h>
+#include <simulator/simulator.h>
+#include <traffic/messagegap.h>
 
 #include <QElapsedTimer>
 #include <QFile>

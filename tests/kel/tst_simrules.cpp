@@ -1,6 +1,6 @@
 #include "testmain.h"
 
-#include <simulateddevice.h>
+#include <simulator/simulateddevice.h>
 
 class tst_SimRules : public QObject
 {

@@ -2,9 +2,9 @@
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <formloader.h>
 #include <kelbutton.h>
 #include <keltabwidget.h>
+#include <panel/formloader.h>
 
 /// Forms with pages behind tabs, as Qt Designer writes them.
 class tst_TabForm : public QObject

@@ -1,7 +1,7 @@
 #include "testmain.h"
 
 #include <command.h>
-#include <trafficlog.h>
+#include <traffic/trafficlog.h>
 
 #include <QFile>
 #include <QTemporaryDir>

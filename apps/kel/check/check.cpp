@@ -2,7 +2,7 @@
 
 #include "check/checkinput.h"
 #include "command.h"
-#include "formloader.h"
+#include "panel/formloader.h"
 
 #include <kelglobals.h>
 #include <serverproject.h>

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "check/formmodel.h"
-#include "formwidgets.h"
-#include "formwire.h"
+#include "panel/formwidgets.h"
+#include "panel/formwire.h"
 
 #include <QSet>
 

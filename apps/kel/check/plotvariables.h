@@ -3,7 +3,7 @@
 #pragma once
 
 #include "check/checkedpanel.h"
-#include "plotfeed.h"
+#include "panel/plotfeed.h"
 
 /// One variable of a plot.
 struct PlotVariable {
