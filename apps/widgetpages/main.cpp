@@ -1,12 +1,11 @@
 #include "widgetpage.h"
 
+#include <surroundings.h>
+
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QFontInfo>
-#include <QLocale>
 #include <QSaveFile>
-#include <QStyleFactory>
 
 #include <cstdio>
 
@@ -15,34 +14,6 @@ namespace
 
 constexpr int ExitFailure = 1;
 constexpr int ExitWrongUsage = 2;
-constexpr int FontPoints = 10;
-
-/// Offscreen, Qt tells that there is no window manager, and some machines give a program no folder to run in.
-void printTrouble(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    if (type != QtDebugMsg && !text.startsWith(QLatin1String("This plugin does not support")) &&
-        !text.startsWith(QLatin1String("QStandardPaths")))
-        std::fprintf(stderr, "%s\n", qPrintable(text));
-}
-
-/// First values come from the font and the style; no place where the program runs may change them.
-void forgetSurroundings()
-{
-    for (const char *name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR", "QT_FONT_DPI",
-                             "QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME"})
-        qunsetenv(name);
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QLocale::setDefault(QLocale::c());
-    qInstallMessageHandler(printTrouble);
-}
-
-bool dress()
-{
-    const QFont font(QStringLiteral("DejaVu Sans"), FontPoints);
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QApplication::setFont(font);
-    return QFontInfo(font).family() == font.family();
-}
 
 MemberProse readProse(const QString &path)
 {
