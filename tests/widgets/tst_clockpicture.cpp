@@ -1,4 +1,5 @@
 // What a KelClock keeps of its faces' pictures, and when it paints them anew.
+#include "blankdevice.h"
 #include "clockreference.h"
 #include "testmain.h"
 
@@ -29,12 +30,12 @@ namespace
 {
 
 /// Remembers which pictures are drawn, and draws nothing.
-class PictureLog : public QPaintDevice
+class PictureLog : public BlankDevice
 {
 public:
     explicit PictureLog(const QSize &size)
-        : m_engine(*this)
-        , m_size(size)
+        : BlankDevice(size)
+        , m_engine(*this)
     {
     }
 
@@ -43,25 +44,6 @@ public:
     QVector<qint64> pictures;
     mutable int lines = 0;
     mutable int others = 0;
-
-protected:
-    int metric(PaintDeviceMetric metric) const override
-    {
-        switch (metric) {
-        case PdmWidth:
-            return m_size.width();
-        case PdmHeight:
-            return m_size.height();
-        case PdmDepth:
-            return 32;
-        case PdmDevicePixelRatioScaled:
-            return int(QPaintDevice::devicePixelRatioFScale());
-        case PdmDevicePixelRatio:
-            return 1;
-        default:
-            return 96;
-        }
-    }
 
 private:
     class Engine : public QPaintEngine
@@ -92,7 +74,6 @@ private:
     };
 
     mutable Engine m_engine;
-    QSize m_size;
 };
 
 class PaintCounter : public QObject

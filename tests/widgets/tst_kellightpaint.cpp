@@ -1,3 +1,4 @@
+#include "blankdevice.h"
 #include "testmain.h"
 
 #include <kellight.h>
@@ -76,11 +77,11 @@ public:
     int others = 0; ///< Anything that is not a drawPixmap.
 };
 
-class CallCounter : public QPaintDevice
+class CallCounter : public BlankDevice
 {
 public:
     explicit CallCounter(const QSize &size)
-        : m_size(size)
+        : BlankDevice(size)
     {
     }
 
@@ -89,27 +90,7 @@ public:
     int others() const { return m_engine.others; }
     void reset() { m_engine.pixmaps = m_engine.others = 0; }
 
-protected:
-    int metric(PaintDeviceMetric metric) const override
-    {
-        switch (metric) {
-        case PdmWidth:
-            return m_size.width();
-        case PdmHeight:
-            return m_size.height();
-        case PdmDepth:
-            return 32;
-        case PdmDevicePixelRatioScaled:
-            return int(QPaintDevice::devicePixelRatioFScale());
-        case PdmDevicePixelRatio:
-            return 1;
-        default:
-            return 96;
-        }
-    }
-
 private:
-    QSize m_size;
     mutable CountingEngine m_engine;
 };
 
