@@ -32,6 +32,7 @@ private Q_SLOTS:
     void otherFilesAreNotWrittenOver();
     void catalogueWithMoreInItIsNotWrittenOver();
     void catalogueThatIsBeingWrittenIsLeftAlone();
+    void readingLeavesNoLogBehind();
     void linkLeadsToTheCatalogue();
     void placeThatCannotBeWrittenIsTold();
     void variablesAreWrittenBeside();
@@ -341,6 +342,37 @@ void tst_Catalog::catalogueThatIsBeingWrittenIsLeftAlone()
     QVERIFY(
         errorOf([&] { makeCatalogue(source, locked.path()); }).contains(QLatin1String("locked by another program")));
     locked.run(QStringLiteral("ROLLBACK"));
+}
+
+void tst_Catalog::readingLeavesNoLogBehind()
+{
+    const QString source = write("a.toml", SmallSource);
+    const QString catalogue = path("a #1?%41.sqlite"); // a name that would mean more in an address
+    makeCatalogue(source, catalogue);
+    const auto query = [&catalogue](const char *statement) {
+        CatalogueConnection connection(catalogue, CatalogueConnection::Access::Write);
+        return QSqlQuery(connection.database()).exec(QLatin1String(statement));
+    };
+    QVERIFY(query("PRAGMA journal_mode=WAL"));
+    QVERIFY(query("INSERT INTO vendors VALUES (2, 'Later')"));
+    const QStringList before = files();
+    QCOMPARE(before.size(), 2);
+    QCOMPARE(CatalogueFile::read(catalogue).data.rows(CatalogueSection::Vendors).size(), 2);
+    QCOMPARE(files(), before);
+    makeCatalogue(source, catalogue);
+    makeCatalogue(source, catalogue);
+    QCOMPARE(files(), before);
+
+    // What another program has not yet brought from its log into the catalogue is seen too.
+    QVERIFY(query("PRAGMA journal_mode=WAL"));
+    QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("other"));
+    other.setDatabaseName(catalogue);
+    QVERIFY(other.open());
+    QVERIFY(QSqlQuery(other).exec(QStringLiteral("INSERT INTO vendors VALUES (2, 'Later')")));
+    QCOMPARE(CatalogueFile::read(catalogue).data.rows(CatalogueSection::Vendors).size(), 2);
+    other = QSqlDatabase();
+    QSqlDatabase::removeDatabase(QStringLiteral("other"));
+    QCOMPARE(files(), before);
 }
 
 void tst_Catalog::linkLeadsToTheCatalogue()

@@ -5,12 +5,13 @@
 
 #include <qpiconfig.h>
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSqlError>
 #include <QSqlField>
 #include <QSqlQuery>
 #include <QSqlRecord>
+#include <QUrl>
 #include <QVariant>
 
 #include <limits>
@@ -33,6 +34,20 @@ QString reasonOf(const QSqlError &error)
     if (code == SqliteBusy || code == SqliteLocked)
         return QStringLiteral("the catalogue is locked by another program");
     return QStringLiteral("not a readable catalogue (%1)").arg(error.databaseText());
+}
+
+/// Whether the changes of the catalogue \a path go to a log beside it and none is there, so that nobody has it open.
+bool isAtRestWithLog(const QString &path)
+{
+    constexpr qint64 HeaderSize = 20;
+    constexpr char LoggedFormat = 2; // of those who write and of those who read, the last two bytes
+    const QString real = QFileInfo(path).canonicalFilePath();
+    QFile file(real);
+    if (!QFileInfo(real).isFile() || !file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray header = file.read(HeaderSize);
+    return header.size() == HeaderSize && header.endsWith(QByteArray(2, LoggedFormat)) &&
+           !QFileInfo::exists(real + QStringLiteral("-wal"));
 }
 
 /// The first line of SQLite's own check of the file's structure; "ok" when there is nothing to say.
@@ -233,10 +248,17 @@ CatalogueConnection::CatalogueConnection(const QString &path, Access access)
 {
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("kel catalogue"));
     QString options = QStringLiteral("QSQLITE_BUSY_TIMEOUT=200");
+    QString name = path;
     if (access == Access::Read)
         options += QStringLiteral(";QSQLITE_OPEN_READONLY");
+    // Whoever reads such a catalogue makes a log, and one who only reads leaves it behind.
+    if (access == Access::Read && isAtRestWithLog(path)) {
+        options += QStringLiteral(";QSQLITE_OPEN_URI");
+        name = QString::fromLatin1(QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath()).toEncoded()) +
+               QStringLiteral("?immutable=1");
+    }
     m_database.setConnectOptions(options);
-    m_database.setDatabaseName(path);
+    m_database.setDatabaseName(name);
     m_isOpen = m_database.open();
 }
 
