@@ -42,6 +42,9 @@ public:
 
     void show(TrafficEntry entry) const;
 
+    /// Throws when something of what was shown is lost.
+    void checkWritten() const;
+
 private:
     TrafficDecoder m_decoder;
     QVector<TrafficLog> m_logs;
@@ -67,6 +70,14 @@ void Monitor::show(TrafficEntry entry) const
     m_decoder.explain(entry);
     for (const TrafficLog &log : m_logs)
         log.write(entry);
+}
+
+void Monitor::checkWritten() const
+{
+    if (m_logs.first().hasLostLines())
+        throw CommandError(QStringLiteral("cannot write to standard output"));
+    if (m_logs.last().hasLostLines())
+        throw CommandError(QStringLiteral("the log lacks lines"));
 }
 
 int followLog(const MonitorOptions &options, const Monitor &monitor)
@@ -120,7 +131,9 @@ int runMonitor(Program &program, const MonitorOptions &options)
         throw CommandError(QStringLiteral("--device needs the catalogue that it stands in (--db)"));
     const Monitor monitor(options);
     quitOnSignals();
-    return !isPort && info.isFile() ? followLog(options, monitor) : listen(options, monitor);
+    const int status = !isPort && info.isFile() ? followLog(options, monitor) : listen(options, monitor);
+    monitor.checkWritten();
+    return status;
 }
 
 } // namespace

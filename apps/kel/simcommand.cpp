@@ -39,6 +39,8 @@ int runSim(Program &program, const SimOptions &options)
         const TrafficReplay replay = TrafficReplay::fromFile(QString::fromStdString(options.replay));
         simulator = std::make_unique<Simulator>(replay, makeLine(options), options.gapMs, log);
         log.note(QStringLiteral("replays %1 requests").arg(replay.requests()));
+        if (replay.leftOut() > 0)
+            log.note(QStringLiteral("leaves out %1 messages whose sender is not known").arg(replay.leftOut()));
     }
     quitOnSignals();
     log.note(QStringLiteral("listens on %1").arg(simulator->lineName()));

@@ -14,7 +14,9 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -30,6 +32,7 @@ private Q_SLOTS:
     void onlyTheWantedInstanceIsNamed();
     void notesAndStrangersStayAsTheyAre();
     void logIsShownOnce();
+    void lostLinesAreTold();
     void sourceServesAsCatalogue();
     void logIsFollowed();
     void cutLogIsReadAgain();
@@ -56,6 +59,18 @@ namespace
 {
 
 using Direction = TrafficEntry::Direction;
+
+/// A program whose files cannot grow, as on a full disk.
+class ProcessOfShortFiles : public QProcess
+{
+protected:
+    void setupChildProcess() override
+    {
+        constexpr rlimit Few = {10, 10};
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::setrlimit(RLIMIT_FSIZE, &Few);
+    }
+};
 
 /// What the program has printed, waited for.
 bool prints(QProcess &process, QByteArray &said, const char *text)
@@ -207,6 +222,29 @@ void tst_Monitor::logIsShownOnce()
     QVERIFY(copy.open(QIODevice::ReadOnly));
     QVERIFY(copy.readLine().startsWith("# kel traffic log, "));
     QCOMPARE(copy.readAll(), run.output);
+}
+
+void tst_Monitor::lostLinesAreTold()
+{
+    const QStringList once{QStringLiteral("monitor"), write("a.log", "22:57:18.832  panel  -> A1 07 01  relay\n"),
+                           QStringLiteral("--once")};
+    QProcess toFullDisk;
+    setUpKel(toFullDisk, once);
+    toFullDisk.setStandardOutputFile(QStringLiteral("/dev/full"));
+    toFullDisk.start();
+    QVERIFY(toFullDisk.waitForFinished());
+    QCOMPARE(toFullDisk.readAllStandardError(), QByteArray("kel: cannot write to standard output\n"));
+    QCOMPARE(toFullDisk.exitCode(), 1);
+
+    const QString log = path("short.log");
+    ProcessOfShortFiles toShortFile;
+    setUpKel(toShortFile, once + QStringList{QStringLiteral("--log"), log});
+    toShortFile.start();
+    QVERIFY(toShortFile.waitForFinished());
+    QCOMPARE(toShortFile.readAllStandardError(),
+             "kel: " + log.toLocal8Bit() + ": File too large\nkel: the log lacks lines\n");
+    QCOMPARE(toShortFile.readAllStandardOutput(), QByteArray("22:57:18.832  panel  -> A1 07 01  relay\n"));
+    QCOMPARE(toShortFile.exitCode(), 1);
 }
 
 void tst_Monitor::sourceServesAsCatalogue()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void delaysGoOverMidnight();
     void openingIsWhatCameFirst();
     void unknownRequestHasNoAnswer();
+    void messagesOfUnknownSendersAreLeftOut();
     void logThatCannotBePlayedIsTold_data();
     void logThatCannotBePlayedIsTold();
     void programPlaysALog();
@@ -111,6 +112,20 @@ void tst_Replay::unknownRequestHasNoAnswer()
     QVERIFY(!replay.answer(QByteArray::fromHex("a10101")));
 }
 
+void tst_Replay::messagesOfUnknownSendersAreLeftOut()
+{
+    TrafficReplay replay = replayOf("22:00:00.000  line   <> EE\n"
+                                    "22:00:00.000  line   -> A1\n"
+                                    "22:00:00.010  line   <> EE\n"
+                                    "22:00:00.020  line   <- A2\n");
+    QCOMPARE(replay.requests(), 1);
+    QCOMPARE(replay.leftOut(), 2);
+    QCOMPARE(textOf(*replay.answer("\xa1")), QStringList{QStringLiteral("A2@20")});
+    QVERIFY(replay.opening().isEmpty());
+    QVERIFY(!replay.answer("\xee"));
+    QCOMPARE(replayOf(Toggles).leftOut(), 0);
+}
+
 void tst_Replay::logThatCannotBePlayedIsTold_data()
 {
     QTest::addColumn<QByteArray>("text");
@@ -122,6 +137,11 @@ void tst_Replay::logThatCannotBePlayedIsTold_data()
                               << ":3: the device's end, after lines of the panel's; keep one of them";
     QTest::newRow("unknown direction") << QByteArray("22:00:00.000  line   <> A1\n")
                                        << ":1: who sent this is not known; with --db kel monitor finds it out";
+    QTest::newRow("unknown direction and answers")
+        << QByteArray("22:00:00.000  line   <- A1\n22:00:00.000  line   <> A1\n")
+        << ":2: who sent this is not known; with --db kel monitor finds it out";
+    QTest::newRow("two ends, one unknown") << QByteArray("22:00:00.000  panel  -> A1\n22:00:00.001  line   <> A1\n")
+                                           << ":2: the line's end, after lines of the panel's; keep one of them";
     QTest::newRow("no log") << QByteArray("\nhello\n")
                             << ":2: no line of traffic, as \"22:57:18.832  device <- A1 01\"";
 }
@@ -140,11 +160,13 @@ void tst_Replay::programPlaysALog()
 {
     QProcess sim;
     setUpKel(sim, {QStringLiteral("sim"), QStringLiteral("--replay"),
-                   write("22:00:00.000  panel  <- A3 07\n" + Toggles), QStringLiteral("--tcp"), QStringLiteral("0")});
+                   write("22:00:00.000  panel  <- A3 07\n22:00:00.000  panel  <> EE\n" + Toggles),
+                   QStringLiteral("--tcp"), QStringLiteral("0")});
     sim.start();
     QByteArray said;
     QTRY_VERIFY_WITH_TIMEOUT((said += sim.readAllStandardOutput()).contains("tcp://127.0.0.1:"), 20000);
     QVERIFY2(said.contains("device -- replays 3 requests\n"), said.constData());
+    QVERIFY2(said.contains("device -- leaves out 1 messages whose sender is not known\n"), said.constData());
 
     QTcpSocket panel;
     panel.connectToHost(QStringLiteral("127.0.0.1"), quint16(said.mid(said.lastIndexOf(':') + 1).trimmed().toUInt()));

@@ -39,6 +39,7 @@ struct TrafficLog::File {
     std::FILE *stream = nullptr;
     QString path; ///< Of a file that is ours to close.
     bool isBroken = false;
+    bool hasLostLines = false;
 
     File(std::FILE *file, const QString &name)
         : stream(file)
@@ -61,6 +62,7 @@ struct TrafficLog::File {
         if (!isWritten && !isBroken && !path.isEmpty())
             std::fprintf(stderr, "kel: %s: %s\n", qPrintable(printable(path)), std::strerror(errno));
         isBroken = !isWritten;
+        hasLostLines = hasLostLines || isBroken;
     }
 };
 
@@ -100,6 +102,11 @@ void TrafficLog::note(const QString &text) const
 void TrafficLog::write(const TrafficEntry &entry) const
 {
     m_file->write(entry.text().toUtf8() + '\n');
+}
+
+bool TrafficLog::hasLostLines() const
+{
+    return m_file->hasLostLines;
 }
 
 void TrafficLog::print(TrafficEntry::Direction direction, const QByteArray &bytes, const QString &remark) const

@@ -27,6 +27,8 @@ public:
     void note(const QString &text) const;                                            ///< A line without bytes.
     void write(const TrafficEntry &entry) const; ///< A line with a time and an end of its own.
 
+    bool hasLostLines() const; ///< Whether some line could not be written.
+
 private:
     struct File;
 

@@ -29,6 +29,7 @@ TrafficReplay::TrafficReplay(const TrafficRecord &record, const QString &fileNam
     const auto fail = [&fileName](const TrafficEntry &entry, const QString &what) {
         throw CommandError(QStringLiteral("%1:%2: %3").arg(printable(fileName), QString::number(entry.line), what));
     };
+    const TrafficEntry *stranger = nullptr;
     QString end;
     QTime opened;
     QTime asked;
@@ -36,12 +37,13 @@ TrafficReplay::TrafficReplay(const TrafficRecord &record, const QString &fileNam
     for (const TrafficEntry &entry : record.entries) {
         if (entry.direction == TrafficEntry::Direction::Note)
             continue;
-        if (entry.direction == TrafficEntry::Direction::Unknown)
-            fail(entry, QStringLiteral("who sent this is not known; with --db kel monitor finds it out"));
         if (!end.isEmpty() && entry.end != end)
             fail(entry, QStringLiteral("the %1's end, after lines of the %2's; keep one of them").arg(entry.end, end));
         end = entry.end;
-        if (entry.isRequest()) {
+        if (entry.direction == TrafficEntry::Direction::Unknown) {
+            stranger = stranger ? stranger : &entry;
+            ++m_leftOutCount;
+        } else if (entry.isRequest()) {
             current = &m_exchanges[entry.bytes];
             current->answers.append(QVector<SimulatorReply>());
             asked = entry.time;
@@ -53,6 +55,8 @@ TrafficReplay::TrafficReplay(const TrafficRecord &record, const QString &fileNam
             m_opening.append({entry.bytes, delayMs(opened, entry.time)});
         }
     }
+    if (m_requestCount == 0 && stranger)
+        fail(*stranger, QStringLiteral("who sent this is not known; with --db kel monitor finds it out"));
     if (m_requestCount == 0)
         throw CommandError(QStringLiteral("%1: there is no request in it").arg(printable(fileName)));
 }

@@ -16,7 +16,7 @@ class TrafficReplay
 {
 public:
     /// Makes it of a log. Throws a CommandError that names \a fileName, and the line if it is one, when the log
-    /// was kept at several ends, holds messages of unknown direction, or no request.
+    /// was kept at several ends, or holds no request. Messages of unknown direction are left out.
     TrafficReplay(const TrafficRecord &record, const QString &fileName);
 
     /// Reads the log \a path. Throws a CommandError that names it, and the line if it is one.
@@ -26,6 +26,7 @@ public:
     std::optional<QVector<SimulatorReply>> answer(const QByteArray &message);
 
     int requests() const { return m_requestCount; }
+    int leftOut() const { return m_leftOutCount; } ///< Messages of which nobody knows who sent them.
 
     /// What was said before the first request, with delays from its first message on: reports of devices
     /// that a panel may wait for before it asks anything.
@@ -39,5 +40,6 @@ private:
 
     QHash<QByteArray, Exchanges> m_exchanges;
     int m_requestCount = 0;
+    int m_leftOutCount = 0;
     QVector<SimulatorReply> m_opening;
 };
