@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <mutex>
+#include <string_view>
 
 namespace
 {
@@ -89,18 +90,10 @@ void runStep(const Step &step, std::string &error)
         error = "The expression cannot be evaluated.";
 }
 
-Complex toComplex(const mup::IValue &value)
+bool isNumber(const mup::IValue &value)
 {
-    switch (value.GetType()) {
-    case 'b':
-        return value.GetBool() ? 1.0 : 0.0;
-    case 'c':
-    case 'f':
-    case 'i':
-        return value.GetComplex();
-    default:
-        throw mup::ParserError("The result is no number.");
-    }
+    constexpr std::string_view Types = "bcfi";
+    return Types.find(value.GetType()) != std::string_view::npos;
 }
 
 } // namespace
@@ -148,7 +141,12 @@ std::unique_ptr<CompiledExpression> CompiledExpression::compile(const mup::Parse
         return nullptr;
 
     std::unique_ptr<CompiledExpression> expression(new CompiledExpression(std::move(parts)));
-    expression->evaluate(error); // the parser reads the text when it is first evaluated
+    // The parser reads the text when it is first evaluated. What is no number then is none with other values.
+    const auto evaluateFirst = [&] {
+        if (!isNumber(expression->d->parser.Eval()))
+            throw mup::ParserError("The result is no number.");
+    };
+    runStep(evaluateFirst, error);
     return error.empty() ? std::move(expression) : nullptr;
 }
 
@@ -162,6 +160,6 @@ CompiledExpression::~CompiledExpression() = default;
 std::complex<double> CompiledExpression::evaluate(std::string &error)
 {
     Complex result = std::numeric_limits<double>::quiet_NaN();
-    runStep([&] { result = toComplex(d->parser.Eval()); }, error);
+    runStep([&] { result = d->parser.Eval().GetComplex(); }, error); // of a comparison it is 1 or 0
     return result;
 }

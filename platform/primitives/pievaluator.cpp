@@ -23,12 +23,6 @@ bool byName(const PIString &left, const PIString &right)
     return left < right;
 }
 
-// Looks first whether both are copies of one text, which costs next to nothing.
-bool isSameText(const QString &left, const QString &right)
-{
-    return left.constData() == right.constData() ? left.size() == right.size() : left == right;
-}
-
 } // namespace
 
 int PIEvaluatorContent::findVariable(const PIString &name) const
@@ -102,8 +96,6 @@ struct PIEvaluator::Expressions {
 
     std::unique_ptr<mup::ParserX> parser; // what every expression is a copy of, made on first use
     std::unordered_map<QString, std::unique_ptr<CompiledExpression>> kept;
-    CompiledExpression *current = nullptr;
-    QString currentText; // of the current one
 };
 
 bool PIEvaluator::Expressions::resolveNames(const std::vector<std::string> &names, const PIEvaluatorContent &content,
@@ -144,13 +136,11 @@ PIEvaluator::PIEvaluator()
 
 PIEvaluator::~PIEvaluator() = default;
 
-bool PIEvaluator::check(const PIString &expression)
+bool PIEvaluator::checkOther(const PIString &expression)
 {
-    m_error.clear();
-    // Commands are sent again and again: often it is the very text that was checked last.
-    if (m_expressions->current && isSameText(m_expressions->currentText, expression.toUtf16()))
+    if (m_current && m_currentText == expression.toUtf16())
         return true;
-    m_expressions->current = nullptr;
+    m_current = nullptr;
     auto &kept = m_expressions->kept;
     auto found = kept.find(expression.toUtf16());
     if (found == kept.end()) {
@@ -161,15 +151,15 @@ bool PIEvaluator::check(const PIString &expression)
             kept.clear();
         found = kept.emplace(expression.toUtf16(), std::move(compiled)).first;
     }
-    m_expressions->current = found->second.get();
-    m_expressions->currentText = found->first;
+    m_current = found->second.get();
+    m_currentText = found->first;
     return true;
 }
 
 std::complex<double> PIEvaluator::evaluate()
 {
-    if (m_expressions->current)
-        return m_expressions->current->evaluate(m_error);
+    if (m_current)
+        return m_current->evaluate(m_error);
     if (m_error.empty())
         m_error = "There is no expression.";
     return std::numeric_limits<double>::quiet_NaN();

@@ -9,6 +9,7 @@
 #include <memory>
 #include <vector>
 
+class CompiledExpression;
 struct ExpressionVariable;
 
 /// The variables of an evaluator, numbered from 0. Any text is a name; an expression can use those
@@ -64,7 +65,12 @@ public:
 
     /// Makes \a expression the current one. False when it is malformed, uses an unknown name or cannot
     /// be computed with the present values; error() then says why and there is no current expression.
-    bool check(const PIString &expression);
+    bool check(const PIString &expression)
+    {
+        // Commands are sent again and again: often it is a copy of the very text that was checked last.
+        m_error.clear();
+        return isCurrent(expression.toUtf16()) || checkOther(expression);
+    }
 
     /// Why the last check or evaluation failed, empty when it did not.
     PIString error() const { return PIString(m_error); }
@@ -80,7 +86,15 @@ public:
 private:
     struct Expressions;
 
+    bool isCurrent(const QString &text) const
+    {
+        return m_current && text.constData() == m_currentText.constData() && text.size() == m_currentText.size();
+    }
+    bool checkOther(const PIString &expression);
+
     PIEvaluatorContent m_content;
     std::string m_error;
     std::unique_ptr<Expressions> m_expressions;
+    CompiledExpression *m_current = nullptr;
+    QString m_currentText; // of the current one
 };
