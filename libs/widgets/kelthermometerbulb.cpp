@@ -10,7 +10,7 @@
 namespace
 {
 
-constexpr int TintCount = 1024; // As many as Qt's gradients have.
+constexpr int TintCount = 256; // No channel has more steps.
 constexpr int Opaque = 255;
 
 using Tints = std::array<QRgb, TintCount>;
@@ -70,7 +70,7 @@ ThermometerBulb::ThermometerBulb(const ThermometerGeometry &geometry, const QIma
         sortRow(y);
         for (int x = 0; x < m_picture.width(); ++x) {
             const QPointF point = QPointF(x + 0.5, y + 0.5) / pixelRatio - centre;
-            m_tints << static_cast<quint16>(qRound((TintCount - 1) * wayToRim(geometry, point)));
+            m_tints << static_cast<quint8>(qRound((TintCount - 1) * wayToRim(geometry, point)));
         }
     }
 }
@@ -104,12 +104,13 @@ void ThermometerBulb::fill(const QColor &color)
     m_color = color;
     const Tints tints = makeTints(color);
     const QRgb *table = tints.data();
-    const quint16 *tint = m_tints.constData();
+    const quint8 *tint = m_tints.constData();
     auto *pixels = reinterpret_cast<QRgb *>(m_picture.bits()); // 32 bits each, so there are no gaps between lines
     const int width = m_picture.width();
     int start = 0;
     for (const Run &run : m_runs) {
-        for (int i = start + run.begin; i < start + run.end; ++i)
+        const int end = start + run.end; // not read anew after each pixel
+        for (int i = start + run.begin; i < end; ++i)
             pixels[i] = table[tint[i]];
         start += width;
     }

@@ -44,8 +44,8 @@ private:
     void fill(const QColor &color);
 
     QPoint m_corner;
-    QVector<quint16> m_tints; // Of each pixel, a number between white and the colour.
-    QVector<Run> m_runs;      // One for each row.
+    QVector<quint8> m_tints; // Of each pixel, a number between white and the colour.
+    QVector<Run> m_runs;     // One for each row.
     QVector<Rim> m_rim;
     QImage m_picture; // In the colour that was last asked for.
     QColor m_color;

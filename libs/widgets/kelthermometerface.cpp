@@ -4,6 +4,7 @@
 #include <QLinearGradient>
 #include <QPainter>
 #include <QRadialGradient>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +15,7 @@ namespace
 
 constexpr float HalfWidthsPerPen = 25.0F;
 constexpr float SmallestBulb = 5.0F; // In pixels; below it nothing is worth keeping.
+constexpr int RowsBelowZero = 2;     // Liquid never ends lower, for all rounding.
 
 qreal toReal(float number)
 {
@@ -50,19 +52,6 @@ void drawLiquid(QPainter &painter, const ThermometerGeometry &geometry, const QP
     gradient.setColorAt(1.0, color);
     painter.setClipRect(area);
     painter.fillPath(outline, gradient);
-}
-
-/// The liquid above the widget's row \a bottom, where its gradient has ended.
-void drawColumn(QPainter &painter, const ThermometerGeometry &geometry, const QRect &area, int bottom,
-                const QColor &color)
-{
-    const QPointF origin = geometry.origin();
-    const qreal h = toReal(geometry.tubeHalfWidth);
-    painter.setClipRect(area);
-    painter.translate(-origin);
-    painter.setClipRect(QRect(0, 0, qRound(geometry.width), bottom), Qt::IntersectClip);
-    painter.translate(origin);
-    painter.fillRect(QRectF(QPointF(-h, area.top() - 1), QPointF(h, area.bottom())), color);
 }
 
 void drawGlass(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline)
@@ -107,6 +96,7 @@ void drawScale(QPainter &painter, const ThermometerGeometry &geometry, const The
         if (pixelSize > 0 && !tick.label.isEmpty())
             painter.drawText(0, static_cast<int>(tick.y + digitHeight / 4.0), tick.label);
     }
+    painter.translate(0.0, toReal(geometry.bulbRadius));
 }
 
 void drawOutline(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline)
@@ -129,12 +119,13 @@ QImage sheetOf(const ThermometerGeometry &geometry, qreal pixelRatio, const Draw
     return sheet;
 }
 
-/// The pixels of a widget around all that is not transparent; each is \a scale pixels of \a sheet long.
-QRect inkedArea(const QImage &sheet, int scale)
+/// The pixels of a widget around all of \a area that is not transparent; each is \a scale pixels of \a sheet
+/// long. The area is as wide as the sheet.
+QRect inkedArea(const QImage &sheet, const QRect &area, int scale)
 {
     const auto isInk = [](QRgb pixel) { return pixel != 0; };
     QRect ink;
-    for (int y = 0; y < sheet.height(); ++y) {
+    for (int y = area.top(); y <= area.bottom(); ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(sheet.constScanLine(y));
         const auto *end = line + sheet.width();
         const auto *first = std::find_if(line, end, isInk);
@@ -161,25 +152,52 @@ void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geomet
     const QSizeF size(toReal(geometry.width), toReal(geometry.height));
     refresh(geometry, outline, {size, state.bounds, pixelRatio});
 
-    if (geometry.hasScale()) {
-        const QPointF corner = -geometry.origin();
-        const QRect liquid = liquidArea(geometry, liquidHeight(geometry, shareOf(state.level, state.bounds)));
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.translate(geometry.origin());
-        if (canPaintApart(geometry, liquid)) {
-            drawColumn(painter, geometry, liquid, m_bulb.top(), state.liquidColor);
-            painter.setClipRect(liquid);
-            m_bulb.draw(painter, corner, state.liquidColor);
-        } else {
-            drawLiquid(painter, geometry, outline, liquid, state.liquidColor);
-        }
-        painter.setClipRect(emptyArea(geometry, liquid));
-        painter.drawPixmap(corner + m_glass.corner, m_glass.picture);
-        painter.restore();
-        painter.drawPixmap(m_scale.corner, m_scale.picture);
+    if (!geometry.hasScale()) {
+        draw(painter, m_lines);
+        return;
     }
-    painter.drawPixmap(m_outline.corner, m_outline.picture);
+    const QRect liquid = liquidArea(geometry, liquidHeight(geometry, shareOf(state.level, state.bounds)));
+    if (canPaintApart(geometry, liquid))
+        paintApart(painter, geometry, liquid, state.liquidColor);
+    else
+        paintWhole(painter, geometry, outline, liquid, state.liquidColor);
+}
+
+void ThermometerFace::paintApart(QPainter &painter, const ThermometerGeometry &geometry, const QRect &liquid,
+                                 const QColor &color)
+{
+    const QPointF corner = -geometry.origin();
+    // Labels may be wider than the liquid's area; the liquid itself is narrower.
+    const int aside = qCeil(toReal(geometry.width));
+    painter.save();
+    painter.translate(geometry.origin());
+    painter.setClipRect(liquid.adjusted(-aside, 0, aside, 0));
+    m_column.draw(painter, corner, color);
+    m_bulb.draw(painter, corner, color);
+    draw(painter, m_tubeLines, corner);
+    painter.setClipRect(emptyArea(geometry, liquid).adjusted(-aside, 0, aside, 0));
+    draw(painter, m_emptyTube, corner);
+    painter.restore();
+    draw(painter, m_lines);
+}
+
+void ThermometerFace::paintWhole(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
+                                 const QRect &liquid, const QColor &color) const
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(geometry.origin());
+    drawLiquid(painter, geometry, outline, liquid, color);
+    painter.setClipRect(emptyArea(geometry, liquid));
+    draw(painter, m_glass, -geometry.origin());
+    painter.restore();
+    draw(painter, m_tubeLines);
+    draw(painter, m_lines);
+}
+
+void ThermometerFace::draw(QPainter &painter, const Layer &layer, const QPointF &corner)
+{
+    painter.drawPixmap(corner + layer.corner, layer.picture);
 }
 
 void ThermometerFace::drop()
@@ -193,25 +211,44 @@ void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainte
         return;
     m_look = look;
     const qreal ratio = look.pixelRatio;
-    m_outline = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawOutline(sheet, geometry, outline); }));
+    const auto drawLines = [&](QPainter &sheet) {
+        if (geometry.hasScale())
+            drawScale(sheet, geometry, look.bounds);
+        drawOutline(sheet, geometry, outline);
+    };
+    const QImage lines = sheetOf(geometry, ratio, drawLines);
+    m_lines = cropped(lines, lines.rect());
+    m_tubeLines = Layer();
     if (!geometry.hasScale())
         return;
-    m_glass = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); }));
-    m_scale = cropped(sheetOf(geometry, ratio, [&](QPainter &sheet) { drawScale(sheet, geometry, look.bounds); }));
-    if (isWhole(ratio)) {
-        const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
-        m_bulb = ThermometerBulb(geometry, figure, static_cast<int>(ratio));
-    }
+    QImage tube = sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); });
+    m_glass = cropped(tube, tube.rect());
+    if (!isWhole(ratio))
+        return;
+
+    const int scale = static_cast<int>(ratio);
+    const int split = qCeil(geometry.origin().y() - toReal(geometry.bulbRadius)) + RowsBelowZero;
+    const QRect upper(0, 0, lines.width(), split * scale);
+    m_tubeLines = cropped(lines, upper);
+    m_lines = cropped(lines, lines.rect().adjusted(0, upper.height(), 0, 0));
+    QPainter(&tube).drawImage(0, 0, lines);
+    m_emptyTube = cropped(tube, upper);
+
+    const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
+    m_bulb = ThermometerBulb(geometry, figure, scale);
+    m_column = ThermometerColumn(figure, m_bulb.top(), scale);
 }
 
-/// Without the transparent margins of \a sheet. They stay when a pixel of the widget is no whole number of
-/// the screen's.
-ThermometerFace::Layer ThermometerFace::cropped(const QImage &sheet) const
+/// The part \a area of \a sheet without its transparent margins. They stay when a pixel of the widget is no
+/// whole number of the screen's.
+ThermometerFace::Layer ThermometerFace::cropped(const QImage &sheet, const QRect &area) const
 {
     if (!isWhole(m_look.pixelRatio))
         return {QPixmap::fromImage(sheet), QPoint()};
     const int scale = static_cast<int>(m_look.pixelRatio);
-    const QRect ink = inkedArea(sheet, scale);
+    const QRect ink = inkedArea(sheet, area, scale);
+    if (ink.isEmpty())
+        return {};
     return {QPixmap::fromImage(sheet.copy(QRect(ink.topLeft() * scale, ink.size() * scale))), ink.topLeft()};
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "kelthermometerbulb.h"
+#include "kelthermometercolumn.h"
 
 #include <QPixmap>
 
@@ -42,12 +43,18 @@ private:
     };
 
     void refresh(const ThermometerGeometry &geometry, const QPainterPath &outline, const Look &look);
-    Layer cropped(const QImage &sheet) const;
+    Layer cropped(const QImage &sheet, const QRect &area) const;
+    void paintApart(QPainter &painter, const ThermometerGeometry &geometry, const QRect &liquid, const QColor &color);
+    void paintWhole(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
+                    const QRect &liquid, const QColor &color) const;
+    static void draw(QPainter &painter, const Layer &layer, const QPointF &corner = {});
     bool canPaintApart(const ThermometerGeometry &geometry, const QRect &liquid) const;
 
     Look m_look;
     Layer m_glass;
-    Layer m_scale;
-    Layer m_outline;
+    Layer m_tubeLines; // scale and outline above the bulb
+    Layer m_lines;     // what else there is of them
+    Layer m_emptyTube; // glass and lines in one
     ThermometerBulb m_bulb;
+    ThermometerColumn m_column;
 };

@@ -49,6 +49,8 @@ void tst_ThermometerPaint::sameAsStepByStep_data()
     QTest::newRow("scale above zero") << QSize(120, 300) << 3.5 << 42.25 << 20.0;
     QTest::newRow("scale below zero") << QSize(120, 300) << -100.0 << -60.0 << -70.0;
     QTest::newRow("crossed scale") << QSize(120, 300) << 20.0 << -20.0 << 20.0;
+    for (const double level : {0.0, 50.0, 100.0})
+        QTest::addRow("labels wider than the bulb at %g", level) << QSize(120, 300) << 1e7 << 1e7 + 100 << 1e7 + level;
     QTest::newRow("wide scale") << QSize(120, 300) << -100.0 << 100.0 << 20.0;
 }
 
