@@ -69,23 +69,67 @@ bool isLookedUpByIndex()
     return false;
 }
 
-/// All packets of the objects that \a wanted has as keys, each object's in the order in which a query
-/// for this object alone gives them: column 0 is the object, then come the packet's columns.
-QSqlQuery queryPackets(const PacketsByObject &wanted)
-{
-    // The unary plus takes the type off the number, so that it is compared with the column as a
-    // literal would be.
-    if (!isLookedUpByIndex())
-        return runQuery(QStringLiteral("SELECT CASE WHEN object_id=+CAST(object_id AS INTEGER) "
-                                       "THEN +CAST(object_id AS INTEGER) END,"
-                                       "id,name,args_count,flags,command,desc FROM packets"));
+// All packets of the table or of the objects asked for, each object's in the order in which a query for this
+// object alone gives them: column 0 is the object, then come the packet's columns.
 
+QSqlQuery queryAllPackets()
+{
+    return runQuery(QStringLiteral("SELECT object_id,id,name,args_count,flags,command,desc FROM packets"));
+}
+
+/// The object is the whole number that the table's text or broken number equals for the database, null when
+/// there is none. The unary plus takes the type off the number, so that it is compared with the column as a
+/// literal would be.
+QSqlQuery queryAllPacketsByNumber()
+{
+    return runQuery(QStringLiteral("SELECT CASE WHEN object_id=+CAST(object_id AS INTEGER) "
+                                   "THEN +CAST(object_id AS INTEGER) END,"
+                                   "id,name,args_count,flags,command,desc FROM packets"));
+}
+
+/// The packets of the objects that \a wanted has as keys.
+QSqlQuery queryPacketsByIndex(const PacketsByObject &wanted)
+{
     QJsonArray objects;
     for (auto object = wanted.keyBegin(); object != wanted.keyEnd(); ++object)
         objects.append(*object);
     return runQuery(QStringLiteral("SELECT o.value,p.id,p.name,p.args_count,p.flags,p.command,p.desc "
                                    "FROM json_each(?) AS o CROSS JOIN packets AS p WHERE p.object_id=+o.value"),
                     QString::fromUtf8(QJsonDocument(objects).toJson(QJsonDocument::Compact)));
+}
+
+/// Appends the packet of the present row. It is made where it stays: there are many.
+void appendPacket(QList<KvCommands::PacketInfo> &packets, const QSqlQuery &row)
+{
+    packets.append(KvCommands::PacketInfo());
+    KvCommands::PacketInfo &packet = packets.last();
+    packet.id = row.value(1).toInt();
+    packet.flags = row.value(4).toInt();
+    packet.name = row.value(2).toString();
+    packet.command = row.value(5).toString();
+    packet.desc = row.value(6).toString();
+}
+
+/// Sorts the packets of \a rows into \a byObject, which has the wanted objects as keys. Ends with false at an
+/// object that is neither null nor a whole number.
+bool sortPackets(QSqlQuery rows, PacketsByObject &byObject)
+{
+    auto found = byObject.end();
+    while (rows.next()) {
+        const QVariant object = rows.value(0);
+        if (object.type() != QVariant::LongLong) {
+            if (object.isNull())
+                continue;
+            return false;
+        }
+        // An object's packets mostly stand together.
+        const qint64 id = object.toLongLong();
+        if (found == byObject.end() || found.key() != id)
+            found = byObject.find(id);
+        if (found != byObject.end())
+            appendPacket(*found, rows);
+    }
+    return true;
 }
 
 } // namespace
@@ -195,21 +239,14 @@ void KvCommands::readPackets()
     for (const DeviceInfo &device : qAsConst(devices))
         byObject.insert(device.id, {});
 
-    // One pass over the packets instead of a query per object.
-    QSqlQuery rows = queryPackets(byObject);
-    auto found = byObject.end();
-    while (rows.next()) {
-        const QVariant object = rows.value(0);
-        if (object.isNull())
-            continue;
-        // An object's packets mostly stand together.
-        const qint64 id = object.toLongLong();
-        if (found == byObject.end() || found.key() != id)
-            found = byObject.find(id);
-        if (found != byObject.end()) {
-            found->append({rows.value(1).toInt(), rows.value(4).toInt(), rows.value(2).toString(),
-                           rows.value(5).toString(), rows.value(6).toString()});
-        }
+    // One pass over the packets instead of a query per object. Objects are nearly always whole numbers; to
+    // have the database tell what else is one takes longer.
+    const PacketsByObject none = byObject;
+    if (isLookedUpByIndex()) {
+        sortPackets(queryPacketsByIndex(none), byObject);
+    } else if (!sortPackets(queryAllPackets(), byObject)) {
+        byObject = none;
+        sortPackets(queryAllPacketsByNumber(), byObject);
     }
 
     for (const DeviceInfo &device : qAsConst(devices))
