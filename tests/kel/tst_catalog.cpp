@@ -42,9 +42,15 @@ private Q_SLOTS:
     void exportLosesNothing_data();
     void exportLosesNothing();
     void hallsCatalogueComesBack();
+    void everyShapeOfACatalogueIsRead_data();
+    void everyShapeOfACatalogueIsRead();
+    void readingWritesNothing();
     void exportRefusesWhatItWouldLose_data();
     void exportRefusesWhatItWouldLose();
     void exportKeepsToNewFiles();
+    void exportPrintsWithoutAFile();
+    void outputThatIsLostIsTold_data();
+    void outputThatIsLostIsTold();
     void checkTellsAllMistakesOfADatabase();
     void checkTellsMissingTables();
     void checkTellsAllMistakesOfASource();
@@ -52,6 +58,7 @@ private Q_SLOTS:
     void showPrintsTables();
     void wrongInputIsOneLine_data();
     void wrongInputIsOneLine();
+    void damagedCatalogueIsTold();
     void wrongUsageIsTold_data();
     void wrongUsageIsTold();
 
@@ -268,6 +275,10 @@ void tst_Catalog::mistakeLeavesEverythingAsItWas()
                                   "properties, packets, variables (and 1 more, see kel catalog check)"));
     QCOMPARE(content("a.sqlite"), before);
     QVERIFY(!errorOf([&] { makeCatalogue(bad, path("new.sqlite")); }).isEmpty());
+    write("bad.toml", SmallSource + "x = 1\n");
+    const QString alone = errorOf([&] { makeCatalogue(bad, path("new.sqlite")); });
+    QVERIFY2(alone.startsWith(bad + QStringLiteral(":8:1: \"x\"")), qPrintable(alone));
+    QVERIFY2(alone.endsWith(QLatin1String("variables")), qPrintable(alone));
     QCOMPARE(files(), QStringList({QStringLiteral("a.sqlite"), QStringLiteral("a.toml"), QStringLiteral("bad.toml")}));
 }
 
@@ -503,6 +514,74 @@ void tst_Catalog::hallsCatalogueComesBack()
     }
 }
 
+void tst_Catalog::everyShapeOfACatalogueIsRead_data()
+{
+    QTest::addColumn<QStringList>("statements");
+    QTest::addColumn<QByteArray>("shown");
+    QTest::addColumn<QString>("problem");
+
+    const QStringList Encoded = {QStringLiteral("PRAGMA encoding='UTF-16le'"),
+                                 QStringLiteral("CREATE TABLE devices (id,name,vendor,vname,gname,desc)"),
+                                 QStringLiteral("INSERT INTO devices VALUES (1,'Übel',NULL,NULL,'','x')")};
+    QTest::newRow("other encoding") << Encoded
+                                    << QByteArray("devices\n"
+                                                  "  id  name  vendor  vname  gname  desc\n"
+                                                  "  1   Übel  -       -             x\n")
+                                    << QStringLiteral("there is no table \"vendors\"");
+    const QStringList Rowless = {
+        QStringLiteral("CREATE TABLE devices (id PRIMARY KEY,name,vendor,vname,gname,desc) WITHOUT ROWID"),
+        QStringLiteral("INSERT INTO devices VALUES (2,'b',NULL,'v','g','d'), (1,'a',NULL,'v','g','d')")};
+    QTest::newRow("rows without numbers") << Rowless
+                                          << QByteArray("devices\n"
+                                                        "  id  name  vendor  vname  gname  desc\n"
+                                                        "  1   a     -       v      g      d\n"
+                                                        "  2   b     -       v      g      d\n")
+                                          << QStringLiteral("there is no table \"vendors\"");
+    const QStringList Short = {QStringLiteral("CREATE TABLE vendors (id,name)"),
+                               QStringLiteral("CREATE TABLE devices (id,name,vname,gname,desc)"),
+                               QStringLiteral("INSERT INTO devices VALUES (1,'a','v','g','d')")};
+    QTest::newRow("a column less") << Short
+                                   << QByteArray("devices\n"
+                                                 "  id  name  vendor  vname  gname  desc\n"
+                                                 "  1   a     -       v      g      d\n")
+                                   << QStringLiteral("table devices has no column \"vendor\"");
+    const QStringList Nameless = {QStringLiteral("CREATE TABLE vendors (id,name)"),
+                                  QStringLiteral("INSERT INTO vendors VALUES (1,'name')"),
+                                  QStringLiteral("CREATE TABLE devices (id,name,vendor,vname,gname,desc)"),
+                                  QStringLiteral("CREATE TABLE commands (id,device,command,description)"),
+                                  QStringLiteral("CREATE TABLE answers (id,device,command,description)"),
+                                  QStringLiteral("CREATE TABLE current (id,device,name,device_id)"),
+                                  QStringLiteral("CREATE TABLE properties (object_id,device_id,value)")};
+    QTest::newRow("objects without the name of their property")
+        << Nameless << QByteArray("vendors\n  id  name\n  1   name\n")
+        << QStringLiteral("table properties has no column \"name\"");
+}
+
+void tst_Catalog::everyShapeOfACatalogueIsRead()
+{
+    QFETCH(QStringList, statements);
+    QFETCH(QByteArray, shown);
+    QFETCH(QString, problem);
+    {
+        CatalogueConnection connection(path("a.sqlite"), CatalogueConnection::Access::Write);
+        QSqlQuery query(connection.database());
+        for (const QString &statement : statements)
+            QVERIFY2(query.exec(statement), qPrintable(statement));
+    }
+    const KelRun run = runKel({QStringLiteral("catalog"), QStringLiteral("show"), path("a.sqlite")});
+    QCOMPARE(run.output, shown);
+    QCOMPARE(QString::fromUtf8(run.errors),
+             QStringLiteral("kel: %1: %2 (kel catalog check tells all)\n").arg(path("a.sqlite"), problem));
+}
+
+void tst_Catalog::readingWritesNothing()
+{
+    TempCatalogue catalogue;
+    CatalogueConnection connection(catalogue.path(), CatalogueConnection::Access::Read);
+    QVERIFY(connection.isOpen());
+    QVERIFY(!QSqlQuery(connection.database()).exec(QStringLiteral("INSERT INTO vendors VALUES (1, 'x')")));
+}
+
 void tst_Catalog::exportRefusesWhatItWouldLose_data()
 {
     QTest::addColumn<QString>("statement");
@@ -555,6 +634,47 @@ void tst_Catalog::exportKeepsToNewFiles()
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.errors, "kel: " + there.toUtf8() + ": is there already\n");
     QCOMPARE(content("x.toml"), QByteArray("# mine"));
+}
+
+void tst_Catalog::exportPrintsWithoutAFile()
+{
+    makeCatalogue(write("a.toml", SmallSource), path("a.sqlite"));
+    const KelRun printed = runKel({QStringLiteral("catalog"), QStringLiteral("export"), path("a.sqlite")});
+    QCOMPARE(printed.exitCode, 0);
+    QCOMPARE(printed.errors, QByteArray());
+    const KelRun written =
+        runKel({QStringLiteral("catalog"), QStringLiteral("export"), path("a.sqlite"), path("b.toml")});
+    QCOMPARE(written.output, QByteArray());
+    QVERIFY(printed.output.contains("\"A1 %id 01\""));
+    QCOMPARE(printed.output, content("b.toml"));
+
+    const KelRun nowhere = runKel(
+        {QStringLiteral("catalog"), QStringLiteral("export"), path("a.sqlite"), QStringLiteral("/nowhere/b.toml")});
+    QCOMPARE(nowhere.exitCode, 1);
+    QCOMPARE(nowhere.errors, QByteArray("kel: /nowhere/b.toml: No such file or directory\n"));
+}
+
+void tst_Catalog::outputThatIsLostIsTold_data()
+{
+    QTest::addColumn<QString>("verb");
+    QTest::newRow("show") << QStringLiteral("show");
+    QTest::newRow("export") << QStringLiteral("export");
+    QTest::newRow("check") << QStringLiteral("check");
+}
+
+void tst_Catalog::outputThatIsLostIsTold()
+{
+    QFETCH(QString, verb);
+    TempCatalogue catalogue;
+    catalogue.addVendor(1, QStringLiteral("Acme"));
+    catalogue.addDevice(3, QStringLiteral("Relay"), 2); // something to say for each
+    QProcess process;
+    setUpKel(process, {QStringLiteral("catalog"), verb, catalogue.path()});
+    process.setStandardOutputFile(QStringLiteral("/dev/full"));
+    process.start();
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.readAllStandardError(), QByteArray("kel: cannot write to standard output\n"));
+    QCOMPARE(process.exitCode(), 1);
 }
 
 void tst_Catalog::checkTellsAllMistakesOfADatabase()
@@ -658,6 +778,8 @@ void tst_Catalog::wrongInputIsOneLine_data()
                             << QByteArray("kel: /nowhere/x: there is no such catalogue\n");
     QTest::newRow("make") << QStringList{QStringLiteral("make"), nowhere, QStringLiteral("y")}
                           << QByteArray("kel: /nowhere/x: No such file or directory\n");
+    QTest::newRow("a folder for a catalogue") << QStringList{QStringLiteral("export"), QStringLiteral("/tmp")}
+                                              << QByteArray("kel: /tmp: the catalogue is not a file\n");
     QTest::newRow("a folder") << QStringList{QStringLiteral("check"), QStringLiteral("/tmp")}
                               << QByteArray("kel: /tmp: not a file\n");
 }
@@ -670,6 +792,24 @@ void tst_Catalog::wrongInputIsOneLine()
     QCOMPARE(run.errors, error);
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(files(), QStringList());
+}
+
+void tst_Catalog::damagedCatalogueIsTold()
+{
+    makeCatalogue(write("a.toml", SmallSource), path("a.sqlite"));
+    QByteArray bytes = content("a.sqlite");
+    bytes.replace(32, 8, QByteArray::fromHex("0000000000000007")); // seven free pages, and no first one
+    write("a.sqlite", bytes);
+    for (const char *verb : {"show", "check", "export"}) {
+        const KelRun run = runKel({QStringLiteral("catalog"), QLatin1String(verb), path("a.sqlite")});
+        QVERIFY2(run.errors.startsWith("kel: " + path("a.sqlite").toUtf8() + ": the catalogue is damaged ("),
+                 run.errors.constData());
+        QCOMPARE(run.errorLines().size(), 1);
+        QCOMPARE(run.exitCode, 1);
+    }
+    const KelRun source = runKel({QStringLiteral("catalog"), QStringLiteral("export"), path("a.toml")});
+    QCOMPARE(source.errors, "kel: " + path("a.toml").toUtf8() +
+                                ": the source of a catalogue; \"kel catalog make\" makes a catalogue of it\n");
 }
 
 void tst_Catalog::wrongUsageIsTold_data()

@@ -143,6 +143,12 @@ void tst_CatalogSource::mistakeIsTold_data()
         "5:9: variable \"t\": the name is taken already");
     row("duration that is none", "variables = [{name = \"t\", value = \"float{10s}\"}]",
         "4:35: variable \"t\": the duration \"10s\" is neither \"inf\" nor a number and a unit, as \"10 s\"");
+    for (const char *duration : {"x s", "5", "-1 s", "1 2 3", "s 5"})
+        row(duration,
+            QByteArray("variables = [{name = \"t\", value = \"{" + QByteArray(duration) + "}\"}]").constData(),
+            ("4:35: variable \"t\": the duration \"" + QByteArray(duration) +
+             "\" is neither \"inf\" nor a number and a unit, as \"10 s\"")
+                .constData());
     row("null that is no list", "variables = [{name = \"t\", value = \"\", null = \"value\"}]",
         "4:46: null is a text, not a list of keys");
     row("null that names no key", "variables = [{name = \"t\", value = \"\", null = [\"x\"]}]",
@@ -252,6 +258,20 @@ void tst_CatalogSource::whatIsAllowed_data()
                       "{object = 2, device = 3, name = \"a\", value = \"b\"}]");
     QTest::newRow("durations") << QByteArray("variables = [{name = \"a\", value = \"float\"},\n"
                                              "{name = \"b\", value = \"{}\"}, {name = \"c\", value = \"{1.5 h}\"}]");
+    QTest::newRow("durations without end")
+        << QByteArray("variables = [{name = \"a\", value = \"{inf}\"}, {name = \"b\", "
+                      "value = \"{0 s}\"}]");
+    QTest::newRow("the largest number of a bus")
+        << QByteArray("commands = [{id = 1, device = 3, command = \"%id\"}]\n"
+                      "instances = [{id = 1, device = 3, name = \"a\", device_id = 255},\n"
+                      "{id = 2, device = 3, name = \"b\", device_id = 0}]");
+    QTest::newRow("the largest and the least numbers")
+        << QByteArray("packets = [{id = 2147483647, object = 10, name = \"p\", command = \"01\", flags = 2147483647, "
+                      "args_count = -2147483648}, {id = 0, object = 10, name = \"q\", command = \"01\"}]");
+    QTest::newRow("braces in a text that is no variable's")
+        << QByteArray("instances = [{id = 1, device = 3, name = \"{x}\", device_id = 1}]\n"
+                      "properties = [{object = 1, device = 3, name = \"{5}\", value = \"{5}\"}]\n"
+                      "commands = [{id = 1, device = 3, command = \"01\", description = \"{x y z}\"}]");
     QTest::newRow("windows line ends") << QByteArray("commands = [\r\n{id = 1, device = 3, command = \"01\"}\r\n]\r\n");
 }
 

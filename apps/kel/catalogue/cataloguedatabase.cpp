@@ -115,8 +115,6 @@ QStringList TablesReader::knownColumns(const QString &table) const
         for (const CatalogueColumn &column : catalogueTable(section).columns)
             known << QLatin1String(column.column);
     });
-    if (table.compare(QLatin1String("properties"), Qt::CaseInsensitive) == 0)
-        known << QStringLiteral("name");
     return known;
 }
 
@@ -229,11 +227,7 @@ std::optional<QString> TablesReader::textOf(const QByteArray &bytes, const QStri
 
 void readVariables(CatalogueFile &file, const QString &path)
 {
-    const QString variables = variablesPathOf(path);
-    const QPIConfig config(variables);
-    if (!config.isOpened())
-        return;
-    file.variablesPath = variables;
+    const QPIConfig config(variablesPathOf(path));
     const QList<QPIConfig::Leaf> leaves = config.allLeaves();
     for (const QPIConfig::Leaf &leaf : leaves) {
         CatalogueRow row;

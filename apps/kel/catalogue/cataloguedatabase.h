@@ -37,7 +37,6 @@ struct CatalogueFile {
     CatalogueData data;
     QStringList problems;     ///< Missing tables and columns, and cells that are neither a number nor a text.
     QStringList foreignParts; ///< Tables and columns that are none of a catalogue's.
-    QString variablesPath;    ///< Of the variables file that was read; empty when there is none.
 
     /// Reads the catalogue \a path and the variables file beside it. Throws as checkCatalogueFile() does.
     static CatalogueFile read(const QString &path);
