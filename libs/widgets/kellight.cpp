@@ -1,7 +1,9 @@
 #include "kellight.h"
 
 #include "animation.h"
+#include "inkedpicture.h"
 #include "kellightgeometry.h"
+#include "kellightring.h"
 
 #include <QMouseEvent>
 #include <QPointer>
@@ -30,11 +32,14 @@ bool isSame(double a, double b)
 KelLight::KelLight(QWidget *parent)
     : QWidget(parent)
     , m_animation(this, "h__anim")
+    , m_pictures(new Stages<InkedPicture>())
 {
     setIconType(Bulb);
     m_animation.setDuration(AnimationMs);
     m_animation.setEasingCurve(QEasingCurve::OutQuad);
 }
+
+KelLight::~KelLight() = default;
 
 double KelLight::level() const
 {

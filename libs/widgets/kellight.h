@@ -9,6 +9,10 @@
 #include <QWidget>
 #include <kelwidgetsexport.h>
 
+#include <memory>
+
+class InkedPicture;
+class KelLightRing;
 namespace KelLightGeometry
 {
 struct Layout;
@@ -45,6 +49,7 @@ public:
     Q_ENUM(IconType)
 
     explicit KelLight(QWidget *parent = nullptr);
+    ~KelLight() override;
 
     IconType iconType() const { return m_iconType; }
     bool readOnly() const { return m_readOnly; }
@@ -122,10 +127,10 @@ private:
     void refresh();
     void scalePictures();
     void dropPaintings();
-    QPixmap emptyPainting() const;
+    QImage emptyPainting() const;
     void paintLight(QPainter &painter);
     void updateBase(const KelLightGeometry::Layout &where, double percent);
-    void paintStencils(const KelLightGeometry::Layout &where);
+    std::unique_ptr<KelLightRing> makeBase(const KelLightGeometry::Layout &where) const;
     void drawGlow(QPainter &painter, const QRect &picture, double percent) const;
 
     IconType m_iconType = Bulb;
@@ -147,12 +152,10 @@ private:
     bool m_binary = false;
     bool m_restoreLastOnLevel = true;
 
-    Stages<QPixmap> m_pictures; // the images at m_pictureSize and m_pictureRatio
+    std::unique_ptr<Stages<InkedPicture>> m_pictures; // the images at m_pictureSize and m_pictureRatio
     QSize m_pictureSize;
     qreal m_pictureRatio = 0.0;
-    QPixmap m_base; // ring and unlit lamp at m_basePercent; null when it must be drawn anew
+    std::unique_ptr<KelLightRing> m_base; // ring and unlit lamp; null when it must be made anew
     double m_basePercent = 0.0;
-    QPixmap m_ringShape; // where the ring is, for whatever colours it has
-    QPixmap m_overRing;  // its outline and the unlit lamp
-    QPixmap m_still;     // the whole light while nothing moves; null when it must be drawn anew
+    QPixmap m_still; // the whole light while nothing moves; null when it must be drawn anew
 };

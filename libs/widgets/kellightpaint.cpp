@@ -1,7 +1,9 @@
 // How a light looks.
 #include "kellight.h"
 
+#include "inkedpicture.h"
 #include "kellightgeometry.h"
+#include "kellightring.h"
 
 #include <QHash>
 #include <QPainter>
@@ -17,9 +19,6 @@ namespace
 // The ring's angles begin at the bottom.
 constexpr qreal RingBegin = 90.0;
 
-// A gradient is a table of colours: its edges are not sharper than this, in degrees.
-constexpr double GradientBlur = 2.0;
-
 // A picture of the resource set, decoded once for all lights.
 QImage lightPicture(KelLight::IconType type, const char *stage)
 {
@@ -34,14 +33,13 @@ QImage lightPicture(KelLight::IconType type, const char *stage)
     return *found;
 }
 
-QPixmap scaled(const QImage &image, const QSize &size, qreal pixelRatio)
+InkedPicture scaled(const QImage &image, const QSize &size, qreal pixelRatio)
 {
     if (image.isNull() || size.isEmpty())
         return {};
-    QPixmap pixmap =
-        QPixmap::fromImage(image.scaled(size * pixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    pixmap.setDevicePixelRatio(pixelRatio);
-    return pixmap;
+    QImage picture = image.scaled(size * pixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    picture.setDevicePixelRatio(pixelRatio);
+    return InkedPicture(picture);
 }
 
 QPainterPath ringPath(const QRectF &outer, qreal width, double shift)
@@ -66,43 +64,25 @@ double unlitEnd(double percent, qreal glow, double shift)
     return (360.0 - 2.0 * shift) / 360.0 * (1.0 - percent / (100.0 - glow / 3.6)) + shift / 360.0;
 }
 
-// For a ring around \a centre on an unturned painter.
-QBrush ringBrush(const QPointF &centre, double percent, qreal glow, double shift, const QColor &fill,
-                 const QColor &back)
+// From the end of the ring to its begin.
+QGradientStops ringColors(double percent, qreal glow, double shift, const QColor &fill, const QColor &back)
 {
     const double end = unlitEnd(percent, glow, shift);
     const double lit = qBound(0.0, glow / 360.0 + end, 1.0);
     if (lit <= 0.0)
-        return fill;
+        return {{0.0, fill}, {1.0, fill}};
 
-    QConicalGradient gradient(centre, -RingBegin);
+    QGradient gradient;
     gradient.setColorAt(1.0, fill);
     gradient.setColorAt(lit, fill);
     gradient.setColorAt(qBound(0.0, end, 1.0), back);
     gradient.setColorAt(0.0, back);
-    return gradient;
+    return gradient.stops();
 }
 
 QRectF squareAround(qreal radius)
 {
     return {-radius, -radius, 2.0 * radius, 2.0 * radius};
-}
-
-// Around the centre, what of the ring looks different at the levels \a from and \a to.
-QRectF changedPart(const Layout &where, double shift, double from, double to)
-{
-    const double fromEnd = unlitEnd(from, where.glow, shift) * 360.0;
-    const double toEnd = unlitEnd(to, where.glow, shift) * 360.0;
-    const double begin = qMin(fromEnd, toEnd) - GradientBlur;
-    const double sweep = qMin(360.0, qMax(fromEnd, toEnd) + where.glow + GradientBlur - begin);
-
-    const qreal outer = where.radius + where.penWidth;
-    QPainterPath path;
-    path.arcMoveTo(squareAround(outer), begin);
-    path.arcTo(squareAround(outer), begin, sweep);
-    const qreal inner = qMax(1e-3, outer - where.ringWidth - 2.0 * where.penWidth); // an arc needs a size
-    path.arcTo(squareAround(inner), begin + sweep, -sweep);
-    return QTransform().rotate(RingBegin).mapRect(path.boundingRect());
 }
 
 // How far the light is between its bounds, in percent.
@@ -142,15 +122,13 @@ void KelLight::scalePictures()
         return;
     m_pictureSize = size;
     m_pictureRatio = ratio;
-    m_pictures = {scaled(m_images.off, size, ratio), scaled(m_images.full, size, ratio),
-                  scaled(m_images.warm, size, ratio), scaled(m_images.halo, size, ratio)};
+    *m_pictures = {scaled(m_images.off, size, ratio), scaled(m_images.full, size, ratio),
+                   scaled(m_images.warm, size, ratio), scaled(m_images.halo, size, ratio)};
 }
 
 void KelLight::dropPaintings()
 {
-    m_base = QPixmap();
-    m_ringShape = QPixmap();
-    m_overRing = QPixmap();
+    m_base.reset();
     m_still = QPixmap();
 }
 
@@ -174,16 +152,18 @@ void KelLight::paintEvent(QPaintEvent *)
         return;
     }
     if (m_still.isNull()) {
-        m_still = emptyPainting();
-        QPainter stillPainter(&m_still);
+        QImage still = emptyPainting();
+        QPainter stillPainter(&still);
         paintLight(stillPainter);
+        stillPainter.end();
+        m_still = QPixmap::fromImage(std::move(still));
     }
     painter.drawPixmap(0, 0, m_still);
 }
 
-QPixmap KelLight::emptyPainting() const
+QImage KelLight::emptyPainting() const
 {
-    QPixmap painting(size() * m_pictureRatio);
+    QImage painting(size() * m_pictureRatio, QImage::Format_ARGB32_Premultiplied);
     painting.setDevicePixelRatio(m_pictureRatio);
     painting.fill(Qt::transparent);
     return painting;
@@ -198,39 +178,24 @@ void KelLight::paintLight(QPainter &painter)
 
     updateBase(where, percent);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawPixmap(0, 0, m_base);
+    painter.drawImage(0, 0, m_base->picture());
     painter.translate(width() * 0.5, height() * 0.5);
     drawGlow(painter, where.picture, percent);
 }
 
-// The ring's gradient costs more than all pictures, so a fade paints only the part that it moves over,
-// and through a stencil instead of once more along curved lines.
 void KelLight::updateBase(const Layout &where, double percent)
 {
-    const bool isNew = m_base.isNull();
-    if (!isNew && (m_binary || percent == m_basePercent))
+    if (!m_base)
+        m_base = makeBase(where);
+    else if (percent == m_basePercent)
         return;
-    if (isNew) {
-        m_base = emptyPainting();
-        paintStencils(where);
-    }
-
-    const QPointF centre(width() * 0.5, height() * 0.5);
-    const QRectF changed = changedPart(where, m_angleShift, m_basePercent, percent).translated(centre);
-    const QRect part = isNew ? rect() : changed.toAlignedRect().adjusted(-1, -1, 1, 1);
-    QPainter painter(&m_base);
-    painter.setClipRect(part);
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.drawPixmap(0, 0, m_ringShape);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(part, ringBrush(centre, percent, where.glow, m_angleShift, m_fillColor, m_backColor));
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.drawPixmap(0, 0, m_overRing);
+    m_base->setColors(ringColors(percent, where.glow, m_angleShift, m_fillColor, m_backColor));
     m_basePercent = percent;
 }
 
-void KelLight::paintStencils(const Layout &where)
+std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where) const
 {
+    const QPointF centre(width() * 0.5, height() * 0.5);
     const QRectF ring = squareAround(where.radius);
     QPainterPath path;
     if (m_binary)
@@ -239,32 +204,33 @@ void KelLight::paintStencils(const Layout &where)
         path = ringPath(ring, where.ringWidth, m_angleShift);
     const QPen line(QBrush(Qt::darkGray), where.penWidth, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin);
 
-    const auto draw = [&](QPixmap &stencil, const QPen &pen, const QBrush &brush, const QPixmap &lamp) {
-        stencil = emptyPainting();
-        QPainter painter(&stencil);
+    const auto painted = [&](const QPen &pen, const QBrush &brush, const InkedPicture &lamp) {
+        QImage image = emptyPainting();
+        QPainter painter(&image);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter.translate(width() * 0.5, height() * 0.5);
+        painter.translate(centre);
         painter.save();
         painter.rotate(RingBegin);
         painter.setPen(pen);
         painter.setBrush(brush);
         painter.drawPath(path);
         painter.restore();
-        painter.drawPixmap(where.picture.topLeft(), lamp);
+        lamp.draw(painter, where.picture.topLeft());
+        return image;
     };
-    draw(m_ringShape, Qt::NoPen, m_binary ? QBrush() : QBrush(Qt::black), QPixmap());
-    draw(m_overRing, line, QBrush(), m_pictures.off);
+    const QImage shape = painted(Qt::NoPen, m_binary ? QBrush() : QBrush(Qt::black), {});
+    return std::make_unique<KelLightRing>(shape, painted(line, QBrush(), m_pictures->off), centre * m_pictureRatio);
 }
 
 void KelLight::drawGlow(QPainter &painter, const QRect &picture, double percent) const
 {
-    const auto draw = [&](const QPixmap &stage, double opacity) {
+    const auto draw = [&](const InkedPicture &stage, double opacity) {
         if (stage.isNull() || opacity <= 0.0)
             return;
         painter.setOpacity(qMin(1.0, opacity));
-        painter.drawPixmap(picture.topLeft(), stage);
+        stage.draw(painter, picture.topLeft());
     };
-    draw(m_pictures.full, std::pow(percent / 75.0, 0.5));
-    draw(m_pictures.warm, std::pow(percent / 20.0, 0.4));
-    draw(m_pictures.halo, percent > 70.0 ? std::pow((percent - 70.0) / 30.0, 1.5) : 0.0);
+    draw(m_pictures->full, std::pow(percent / 75.0, 0.5));
+    draw(m_pictures->warm, std::pow(percent / 20.0, 0.4));
+    draw(m_pictures->halo, percent > 70.0 ? std::pow((percent - 70.0) / 30.0, 1.5) : 0.0);
 }

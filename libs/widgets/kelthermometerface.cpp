@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace
 {
@@ -119,26 +118,6 @@ QImage sheetOf(const ThermometerGeometry &geometry, qreal pixelRatio, const Draw
     return sheet;
 }
 
-/// The pixels of a widget around all of \a area that is not transparent; each is \a scale pixels of \a sheet
-/// long. The area is as wide as the sheet.
-QRect inkedArea(const QImage &sheet, const QRect &area, int scale)
-{
-    const auto isInk = [](QRgb pixel) { return pixel != 0; };
-    QRect ink;
-    for (int y = area.top(); y <= area.bottom(); ++y) {
-        const auto *line = reinterpret_cast<const QRgb *>(sheet.constScanLine(y));
-        const auto *end = line + sheet.width();
-        const auto *first = std::find_if(line, end, isInk);
-        if (first == end)
-            continue;
-        const auto last = std::find_if(std::make_reverse_iterator(end), std::make_reverse_iterator(first), isInk);
-        const int left = static_cast<int>(first - line);
-        const int right = static_cast<int>(last.base() - line) - 1;
-        ink |= QRect(QPoint(left / scale, y / scale), QPoint(right / scale, y / scale));
-    }
-    return ink;
-}
-
 } // namespace
 
 bool ThermometerFace::Look::operator==(const Look &other) const
@@ -153,7 +132,7 @@ void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geomet
     refresh(geometry, outline, {size, state.bounds, pixelRatio});
 
     if (!geometry.hasScale()) {
-        draw(painter, m_lines);
+        m_lines.draw(painter);
         return;
     }
     const QRect liquid = liquidArea(geometry, liquidHeight(geometry, shareOf(state.level, state.bounds)));
@@ -174,11 +153,11 @@ void ThermometerFace::paintApart(QPainter &painter, const ThermometerGeometry &g
     painter.setClipRect(liquid.adjusted(-aside, 0, aside, 0));
     m_column.draw(painter, corner, color);
     m_bulb.draw(painter, corner, color);
-    draw(painter, m_tubeLines, corner);
+    m_tubeLines.draw(painter, corner);
     painter.setClipRect(emptyArea(geometry, liquid).adjusted(-aside, 0, aside, 0));
-    draw(painter, m_emptyTube, corner);
+    m_emptyTube.draw(painter, corner);
     painter.restore();
-    draw(painter, m_lines);
+    m_lines.draw(painter);
 }
 
 void ThermometerFace::paintWhole(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
@@ -189,15 +168,10 @@ void ThermometerFace::paintWhole(QPainter &painter, const ThermometerGeometry &g
     painter.translate(geometry.origin());
     drawLiquid(painter, geometry, outline, liquid, color);
     painter.setClipRect(emptyArea(geometry, liquid));
-    draw(painter, m_glass, -geometry.origin());
+    m_glass.draw(painter, -geometry.origin());
     painter.restore();
-    draw(painter, m_tubeLines);
-    draw(painter, m_lines);
-}
-
-void ThermometerFace::draw(QPainter &painter, const Layer &layer, const QPointF &corner)
-{
-    painter.drawPixmap(corner + layer.corner, layer.picture);
+    m_tubeLines.draw(painter);
+    m_lines.draw(painter);
 }
 
 void ThermometerFace::drop()
@@ -217,39 +191,26 @@ void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainte
         drawOutline(sheet, geometry, outline);
     };
     const QImage lines = sheetOf(geometry, ratio, drawLines);
-    m_lines = cropped(lines, lines.rect());
-    m_tubeLines = Layer();
+    m_lines = InkedPicture(lines);
+    m_tubeLines = InkedPicture();
     if (!geometry.hasScale())
         return;
     QImage tube = sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); });
-    m_glass = cropped(tube, tube.rect());
+    m_glass = InkedPicture(tube);
     if (!isWhole(ratio))
         return;
 
     const int scale = static_cast<int>(ratio);
     const int split = qCeil(geometry.origin().y() - toReal(geometry.bulbRadius)) + RowsBelowZero;
     const QRect upper(0, 0, lines.width(), split * scale);
-    m_tubeLines = cropped(lines, upper);
-    m_lines = cropped(lines, lines.rect().adjusted(0, upper.height(), 0, 0));
+    m_tubeLines = InkedPicture(lines, upper);
+    m_lines = InkedPicture(lines, lines.rect().adjusted(0, upper.height(), 0, 0));
     QPainter(&tube).drawImage(0, 0, lines);
-    m_emptyTube = cropped(tube, upper);
+    m_emptyTube = InkedPicture(tube, upper);
 
     const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
     m_bulb = ThermometerBulb(geometry, figure, scale);
     m_column = ThermometerColumn(figure, m_bulb.top(), scale);
-}
-
-/// The part \a area of \a sheet without its transparent margins. They stay when a pixel of the widget is no
-/// whole number of the screen's.
-ThermometerFace::Layer ThermometerFace::cropped(const QImage &sheet, const QRect &area) const
-{
-    if (!isWhole(m_look.pixelRatio))
-        return {QPixmap::fromImage(sheet), QPoint()};
-    const int scale = static_cast<int>(m_look.pixelRatio);
-    const QRect ink = inkedArea(sheet, area, scale);
-    if (ink.isEmpty())
-        return {};
-    return {QPixmap::fromImage(sheet.copy(QRect(ink.topLeft() * scale, ink.size() * scale))), ink.topLeft()};
 }
 
 /// Whether bulb and column give the same picture as the whole liquid: where pixels are whole, where the

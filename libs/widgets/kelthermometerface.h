@@ -2,10 +2,9 @@
 /// How a thermometer is painted. Not installed.
 #pragma once
 
+#include "inkedpicture.h"
 #include "kelthermometerbulb.h"
 #include "kelthermometercolumn.h"
-
-#include <QPixmap>
 
 /// What a thermometer shows.
 struct ThermometerState {
@@ -36,25 +35,17 @@ private:
         bool operator==(const Look &other) const;
     };
 
-    /// A part of the face as a picture, and its place in the widget.
-    struct Layer {
-        QPixmap picture;
-        QPoint corner;
-    };
-
     void refresh(const ThermometerGeometry &geometry, const QPainterPath &outline, const Look &look);
-    Layer cropped(const QImage &sheet, const QRect &area) const;
     void paintApart(QPainter &painter, const ThermometerGeometry &geometry, const QRect &liquid, const QColor &color);
     void paintWhole(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
                     const QRect &liquid, const QColor &color) const;
-    static void draw(QPainter &painter, const Layer &layer, const QPointF &corner = {});
     bool canPaintApart(const ThermometerGeometry &geometry, const QRect &liquid) const;
 
     Look m_look;
-    Layer m_glass;
-    Layer m_tubeLines; // scale and outline above the bulb
-    Layer m_lines;     // what else there is of them
-    Layer m_emptyTube; // glass and lines in one
+    InkedPicture m_glass;
+    InkedPicture m_tubeLines; // scale and outline above the bulb
+    InkedPicture m_lines;     // what else there is of them
+    InkedPicture m_emptyTube; // glass and lines in one
     ThermometerBulb m_bulb;
     ThermometerColumn m_column;
 };

@@ -67,14 +67,14 @@ public:
     bool end() override { return true; }
     void updateState(const QPaintEngineState &) override {}
     Type type() const override { return QPaintEngine::User; }
-    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override { ++pixmaps; }
-    void drawImage(const QRectF &, const QImage &, const QRectF &, Qt::ImageConversionFlags) override { ++others; }
+    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override { ++pictures; }
+    void drawImage(const QRectF &, const QImage &, const QRectF &, Qt::ImageConversionFlags) override { ++pictures; }
     void drawTiledPixmap(const QRectF &, const QPixmap &, const QPointF &) override { ++others; }
     void drawPath(const QPainterPath &) override { ++others; }
     void drawPolygon(const QPointF *, int, PolygonDrawMode) override { ++others; }
 
-    int pixmaps = 0;
-    int others = 0; ///< Anything that is not a drawPixmap.
+    int pictures = 0;
+    int others = 0; ///< Anything that is no picture.
 };
 
 class CallCounter : public BlankDevice
@@ -86,9 +86,9 @@ public:
     }
 
     QPaintEngine *paintEngine() const override { return &m_engine; }
-    int pixmaps() const { return m_engine.pixmaps; }
+    int pictures() const { return m_engine.pictures; }
     int others() const { return m_engine.others; }
-    void reset() { m_engine.pixmaps = m_engine.others = 0; }
+    void reset() { m_engine.pictures = m_engine.others = 0; }
 
 private:
     mutable CountingEngine m_engine;
@@ -419,12 +419,12 @@ void tst_KelLightPaint::fadeDrawsEachVisiblePictureOnce()
     show(light, QSize(120, 120), 40.0);
     CallCounter counter(light.size());
     light.render(&counter, QPoint(), QRegion(), QWidget::RenderFlags());
-    QCOMPARE(counter.pixmaps(), 3);
+    QCOMPARE(counter.pictures(), 3);
 
     light.setProperty("h__anim", level);
     counter.reset();
     light.render(&counter, QPoint(), QRegion(), QWidget::RenderFlags());
-    QCOMPARE(counter.pixmaps(), visible);
+    QCOMPARE(counter.pictures(), visible);
     QCOMPARE(counter.others(), 0);
 }
 
