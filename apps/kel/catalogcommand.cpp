@@ -6,10 +6,10 @@
 #include "command.h"
 #include "commands.h"
 #include "printable.h"
+#include "wholefile.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 #include <cstdio>
@@ -127,9 +127,7 @@ int exportSource(const CatalogOptions &options)
     const QString output = QString::fromStdString(options.output);
     if (QFileInfo::exists(output))
         throw CommandError(QStringLiteral("%1: is there already").arg(output));
-    QSaveFile target(output);
-    if (!target.open(QIODevice::WriteOnly) || target.write(text) != text.size() || !target.commit())
-        throw CommandError(QStringLiteral("%1: %2").arg(output, target.errorString()));
+    writeWholeFile(output, text);
     return 0;
 }
 

@@ -89,7 +89,10 @@ int followLog(const MonitorOptions &options, const Monitor &monitor)
         problem = error;
         QCoreApplication::quit();
     });
-    if (log.readOn() && !options.isOnce) {
+    const bool isGood = log.readOn();
+    if (isGood && options.isOnce) {
+        log.readRest();
+    } else if (isGood) {
         log.follow();
         QCoreApplication::exec();
     }

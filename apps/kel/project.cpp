@@ -2,6 +2,7 @@
 #include "command.h"
 #include "commands.h"
 #include "printable.h"
+#include "wholefile.h"
 
 #include <serverproject.h>
 
@@ -10,7 +11,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QSaveFile>
 
 #include <array>
 #include <cstdio>
@@ -57,6 +57,8 @@ ServerProject readProject(const QString &path)
     const QFileInfo info(path);
     if (info.exists() && !info.isFile())
         throw failure(path, QStringLiteral("not a file"));
+    if (path.isEmpty())
+        throw CommandError(QStringLiteral("the project's name is empty"));
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw failure(path, file.errorString());
@@ -76,10 +78,7 @@ ServerProject readProject(const QString &path)
 /// Writes all of the file or leaves it as it was.
 void writeProject(const QString &path, const ServerProject &project)
 {
-    const QByteArray bytes = project.toByteArray();
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        throw failure(path, file.errorString());
+    writeWholeFile(path, project.toByteArray());
 }
 
 int print(const QByteArray &output)

@@ -34,6 +34,7 @@ void saveScreenshot(QWidget &window, const QString &path)
     QImageWriter writer(&file, formatOf(path));
     if (!writer.write(window.grab().toImage()))
         throw CommandError(QStringLiteral("%1: %2").arg(path, writer.errorString()));
-    if (!file.commit())
+    // Flushed first: what goes wrong inside commit() has no text.
+    if (!file.flush() || !file.commit())
         throw CommandError(QStringLiteral("%1: %2").arg(path, file.errorString()));
 }

@@ -53,8 +53,11 @@ QPIConfig::QPIConfig(const QString &path)
     QFile file(path);
     if (file.size() > LargestFile || !file.open(QIODevice::ReadOnly))
         return;
-    m_opened = true;
-    parse(file.read(LargestFile));
+    const QByteArray text = file.read(LargestFile);
+    // Half a file may mean something else than the whole.
+    m_opened = file.error() == QFileDevice::NoError;
+    if (m_opened)
+        parse(text);
 }
 
 QPIConfig QPIConfig::fromText(const QByteArray &text)

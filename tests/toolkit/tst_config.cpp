@@ -120,6 +120,7 @@ void tst_Config::noFile_data()
     QTest::newRow("missing") << "/nonexistent/a.conf";
     QTest::newRow("folder") << QDir::tempPath();
     QTest::newRow("device without an end") << "/dev/zero";
+    QTest::newRow("file that cannot be read") << "/proc/self/mem"; // opens, then fails
 }
 
 void tst_Config::noFile()

@@ -2,8 +2,8 @@
 
 #include "catalogue/cataloguedatabase.h"
 #include "catalogue/cataloguesource.h"
-#include "command.h"
 #include "printable.h"
+#include "wholefile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -24,14 +24,7 @@ bool isDatabase(const QString &path)
 
 QByteArray readCatalogueSource(const QString &path)
 {
-    // a pipe would keep us waiting
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        throw CommandError(QStringLiteral("%1: not a file").arg(printable(path)));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw CommandError(QStringLiteral("%1: %2").arg(printable(path), file.errorString()));
-    return file.read(CatalogueSource::MaxSize + 1);
+    return readWholeFile(path, CatalogueSource::MaxSize);
 }
 
 QStringList findingLines(const QString &file, const QVector<CatalogueFinding> &findings)

@@ -16,15 +16,6 @@ using Kv_Designer::ServerProject;
 namespace
 {
 
-QByteArray readInput(const QString &path)
-{
-    // A pipe or a device would keep us waiting, and nobody keeps a panel in one.
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile() && !info.isDir())
-        throw CommandError(QStringLiteral("%1: not a file").arg(path));
-    return readFormFile(path);
-}
-
 /// Where \a name, which stands in the project \a path, is; relative as the project is.
 QString besideProject(const QString &path, const QString &name)
 {
@@ -62,7 +53,7 @@ void checkProject(QByteArray bytes, const QString &path, Findings &findings)
     if (project.uiFile.isEmpty())
         return;
     const QString form = besideProject(path, project.uiFile);
-    checkForm(readInput(form), form, findings);
+    checkForm(readFormFile(form), form, findings);
 }
 
 } // namespace
@@ -84,7 +75,7 @@ void checkForm(const QByteArray &text, const QString &path, Findings &findings)
 
 QVector<Finding> checkPanel(const QString &path)
 {
-    const QByteArray bytes = readInput(path);
+    const QByteArray bytes = readFormFile(path);
     Findings findings;
     if (bytes.startsWith("NWPF"))
         checkProject(bytes, path, findings);

@@ -4,10 +4,10 @@
 #include "panel/formwidgets.h"
 #include "panel/formwire.h"
 #include "panel/panelform.h"
+#include "wholefile.h"
 
 #include <QBuffer>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <utility>
@@ -93,12 +93,9 @@ std::unique_ptr<QWidget> build(FormWidgets &loader, QByteArray &text, const QStr
 
 QByteArray readFormFile(const QString &path)
 {
-    QFile file(path);
     if (QFileInfo(path).isDir())
         throw CommandError(QStringLiteral("%1: is a folder").arg(path));
-    if (!file.open(QIODevice::ReadOnly))
-        throw CommandError(QStringLiteral("%1: %2").arg(path, file.errorString()));
-    return file.read(PanelForm::MaxSize + 1);
+    return readWholeFile(path, PanelForm::MaxSize);
 }
 
 LoadedForm loadForm(const QString &path)

@@ -76,10 +76,8 @@ void PtyLine::makeLink(const QString &link)
         QFile::remove(link); // what a simulator that was killed left behind
     else if (info.isSymLink())
         throw CommandError(QStringLiteral("%1: leads to %2 already").arg(link, info.symLinkTarget()));
-    if (!QFile::link(m_port, link)) {
-        errno = QFileInfo(link).exists() ? EEXIST : errno;
+    if (::symlink(QFile::encodeName(m_port).constData(), QFile::encodeName(link).constData()) != 0)
         fail(link);
-    }
     m_link = link;
 }
 

@@ -2,8 +2,8 @@
 
 #include "command.h"
 #include "simulator/requestsplit.h"
+#include "wholefile.h"
 
-#include <QFile>
 #include <QTimer>
 
 #include <utility>
@@ -19,10 +19,7 @@ constexpr int OpeningPeriodMs = 100;
 
 SimulatorRules Simulator::readRules(const QString &path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw CommandError(QStringLiteral("%1: %2").arg(path, file.errorString()));
-    const QByteArray text = file.read(MaxRulesSize + 1);
+    const QByteArray text = readWholeFile(path, MaxRulesSize);
     if (text.size() > MaxRulesSize)
         throw CommandError(QStringLiteral("%1: larger than 1 MiB, so hardly a rules file").arg(path));
 

@@ -4,6 +4,7 @@
 #include "printable.h"
 
 #include <sys/stat.h>
+#include <utility>
 
 namespace
 {
@@ -34,6 +35,8 @@ bool LogFollower::readOn()
     startAgainIfCut();
     for (;;) {
         const QByteArray piece = m_file.read(PieceSize);
+        if (m_file.error() != QFileDevice::NoError)
+            return fail(m_file.errorString());
         if (piece.isEmpty())
             return true;
         m_begun += piece;
@@ -49,6 +52,11 @@ bool LogFollower::readOn()
             return fail(QStringLiteral("longer than %1 KiB").arg(TrafficEntry::MaxLineSize / 1024));
         }
     }
+}
+
+bool LogFollower::readRest()
+{
+    return m_begun.isEmpty() || readLine(std::exchange(m_begun, QByteArray()));
 }
 
 void LogFollower::startAgainIfCut()

@@ -21,6 +21,10 @@ public:
     /// Reads what is there. False when a line is none; failed() was emitted then.
     bool readOn();
 
+    /// Takes what is there behind the last line break for a line, as it is one in a log that grows no more. False as
+    /// for readOn().
+    bool readRest();
+
     void follow(); ///< Keeps reading on until the object goes away or failed() is emitted.
 
 Q_SIGNALS:

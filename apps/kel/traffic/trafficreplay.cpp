@@ -2,9 +2,7 @@
 
 #include "command.h"
 #include "printable.h"
-
-#include <QFile>
-#include <QFileInfo>
+#include "wholefile.h"
 
 #include <algorithm>
 
@@ -63,13 +61,7 @@ TrafficReplay::TrafficReplay(const TrafficRecord &record, const QString &fileNam
 
 TrafficReplay TrafficReplay::fromFile(const QString &path)
 {
-    const QFileInfo info(path);
-    if (info.exists() && !info.isFile())
-        throw CommandError(QStringLiteral("%1: not a file").arg(printable(path)));
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        throw CommandError(QStringLiteral("%1: %2").arg(printable(path), file.errorString()));
-    const TrafficRecord record = TrafficRecord::fromText(file.read(TrafficRecord::MaxSize + 1), path);
+    const TrafficRecord record = TrafficRecord::fromText(readWholeFile(path, TrafficRecord::MaxSize), path);
     if (!record.error.isEmpty())
         throw CommandError(record.error);
     return TrafficReplay(record, path);
