@@ -1,8 +1,13 @@
 #include "testmain.h"
 
+#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <cstdio>
 #include <paths.h>
+
+/// With it the program only prints where the executable that is named next is found.
+constexpr char FindSwitch[] = "--find";
 
 class tst_Paths : public QObject
 {
@@ -16,6 +21,7 @@ private Q_SLOTS:
     void findExecutable_data();
     void findExecutable();
     void findExecutableBesideTheApplication();
+    void findExecutableDropsALastBackslash();
     void findFile_data();
     void findFile();
     void findFileByAbsolutePath();
@@ -149,6 +155,23 @@ void tst_Paths::findExecutableBesideTheApplication()
     QCOMPARE(::findExecutable(local), local);
 }
 
+// Asked of a copy of this program, which stands in a folder of such a name.
+void tst_Paths::findExecutableDropsALastBackslash()
+{
+    makeFile(QStringLiteral("bin/tool"));
+    QVERIFY(QDir().mkpath(QStringLiteral("bin\\")));
+    const QString copy = QDir::current().absoluteFilePath(QStringLiteral("bin\\/program"));
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), copy));
+    // A program of the build finds its libraries in the folder "lib" beside its own.
+    QVERIFY(QFile::link(QCoreApplication::applicationDirPath() + QStringLiteral("/../lib"), QStringLiteral("lib")));
+
+    QProcess process;
+    process.start(copy, {QString::fromLatin1(FindSwitch), QStringLiteral("tool")});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 0);
+    QCOMPARE(QString::fromUtf8(process.readAllStandardOutput()), QDir::current().absoluteFilePath("bin/tool"));
+}
+
 void tst_Paths::findFile_data()
 {
     QTest::addColumn<QStringList>("existing");
@@ -222,5 +245,15 @@ void tst_Paths::findFileByAbsolutePath()
     QCOMPARE(::findFile(file, QStringLiteral("x"), QStringLiteral("d")), file);
 }
 
-KEL_TEST_MAIN(tst_Paths)
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], FindSwitch) == 0) {
+        std::fputs(qPrintable(::findExecutable(QString::fromLocal8Bit(argv[2]))), stdout);
+        return 0;
+    }
+    tst_Paths test;
+    return runKelTest(&test, application.arguments());
+}
+
 #include "tst_paths.moc"

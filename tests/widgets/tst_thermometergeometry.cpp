@@ -29,6 +29,7 @@ private Q_SLOTS:
     void colors();
     void ticks_data();
     void ticks();
+    void labelsAsHighAsTheirStep();
     void tickPlaces();
     void ticksNeverOutnumberPixels_data();
     void ticksNeverOutnumberPixels();
@@ -289,6 +290,8 @@ void tst_ThermometerGeometry::ticks_data()
     QTest::newRow("fives would, too") << 0.0 << 180.0 << "L0LLLLL50LLLLL100LLLLL150LLL";
     QTest::newRow("tens would, too") << 0.0 << 1000.0 << "L0L200L400L600L800L1000";
     QTest::newRow("a million") << -5e5 << 5e5 << "L-400000L-200000L0L200000L400000";
+    QTest::newRow("the largest with all digits")
+        << 0.0 << 1e15 << "L0L200000000000000L400000000000000L600000000000000L800000000000000L1000000000000000";
     QTest::newRow("very large") << 0.0 << 1e20 << "L0L2e+19L4e+19L6e+19L8e+19L1e+20";
 }
 
@@ -298,6 +301,14 @@ void tst_ThermometerGeometry::ticks()
     QFETCH(double, top);
     QFETCH(QString, text);
     QCOMPARE(written(thermometerTicks(layoutThermometer(QSize(60, 60)), {bottom, top}, 6)), text);
+}
+
+void tst_ThermometerGeometry::labelsAsHighAsTheirStep()
+{
+    // Ten numbers are five pixels.
+    const ThermometerGeometry geometry = layoutThermometer(QSize(60, 60));
+    QCOMPARE(written(thermometerTicks(geometry, {0.0, 70.0}, 5)), QStringLiteral("L0mL10mL20mL30mL40mL50mL60mL70"));
+    QCOMPARE(written(thermometerTicks(geometry, {0.0, 70.0}, 6)), QStringLiteral("L0mLmL20mLmL40mLmL60mL"));
 }
 
 void tst_ThermometerGeometry::tickPlaces()
