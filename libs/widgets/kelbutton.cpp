@@ -51,10 +51,6 @@ void KelButton::init()
     connect(this, &KelButton::clicked, this, &KelButton::_clicked);
     connect(this, &KelButton::toggled, this, &KelButton::_toggled);
 
-    m_connectedImage.load(QStringLiteral(":/icons/connected.png"));
-    m_disconnectedImage.load(QStringLiteral(":/icons/disconnected.png"));
-    m_invisibleImage.load(QStringLiteral(":/icons/invisible.png"));
-
     m_animation = new QPropertyAnimation(this, "h__currentColor", this);
     m_animation->setEasingCurve(QEasingCurve::OutSine);
     m_animation->setDuration(InitialDurationMs);

@@ -4,7 +4,6 @@
 
 #include <QColor>
 #include <QEasingCurve>
-#include <QImage>
 #include <QPointer>
 #include <QToolButton>
 #include <QVariant>
@@ -197,9 +196,6 @@ private:
     QColor m_blinkColor;
     QPropertyAnimation *m_animation = nullptr;
     QString m_command;
-    QImage m_connectedImage;
-    QImage m_disconnectedImage;
-    QImage m_invisibleImage;
     QPointer<QWidget> m_topParent;
     State m_state = Gray;
     int m_clickID = -1;

@@ -1,5 +1,7 @@
 // How the button looks: its face, and the marks that a designer sees.
 #include "kelbutton.h"
+
+#include "builtinpicture.h"
 #include "kelbuttonface.h"
 
 #include <QFontMetrics>
@@ -109,19 +111,23 @@ void KelButton::drawButton(QPainter &painter)
             drawText(painter, text, face, option, *this);
     }
 
-    if (designMode && !m_buttonVisible)
-        painter.drawImage(width() - InvisibleMarkFromRight, InvisibleMarkTop, m_invisibleImage);
+    if (designMode && !m_buttonVisible) {
+        static const QImage invisible = readBuiltInPicture("invisible");
+        painter.drawImage(width() - InvisibleMarkFromRight, InvisibleMarkTop, invisible);
+    }
 }
 
 void KelButton::drawConnection(QPainter &painter) const
 {
+    static const QImage connected = readBuiltInPicture("connected");
+    static const QImage disconnected = readBuiltInPicture("disconnected");
     const QFont font = scaledFont(painter.font(), CommandFontScale);
     const int letters = static_cast<int>(QFontMetrics(font, painter.device()).height() * CommandLetterShare);
 
     painter.save();
     painter.setFont(font);
     painter.setPen(palette().color(QPalette::ButtonText));
-    painter.drawImage(ConnectionMark, m_connected ? m_connectedImage : m_disconnectedImage);
+    painter.drawImage(ConnectionMark, m_connected ? connected : disconnected);
     painter.drawText(CommandLeft, (letters - MarkHeight) / 2 + MarkBottom, m_command);
     painter.restore();
 }

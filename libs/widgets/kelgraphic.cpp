@@ -1,5 +1,7 @@
 #include "kelgraphic.h"
 
+#include "builtinpicture.h"
+
 #include <scaling.h>
 
 #include <QEvent>
@@ -27,7 +29,7 @@ constexpr int PanelButtons = 0x2207;
 
 KelGraphic::KelGraphic(QWidget *parent)
     : Graphic(parent)
-    , m_progressImage(QStringLiteral(":/icons/progress.png"))
+    , m_progressImage(readBuiltInPicture("progress"))
 {
     setHistorySize(KeepEverything);
     setAxisLabelPrecisionStep(LabelPrecisionStep);

@@ -32,7 +32,7 @@ bool isSame(double a, double b)
 KelLight::KelLight(QWidget *parent)
     : QWidget(parent)
     , m_animation(this, "h__anim")
-    , m_pictures(new Stages<InkedPicture>())
+    , m_pictures(new std::array<InkedPicture, 4>())
 {
     setIconType(Bulb);
     m_animation.setDuration(AnimationMs);

@@ -9,10 +9,12 @@
 #include <QWidget>
 #include <kelwidgetsexport.h>
 
+#include <array>
 #include <memory>
 
 class InkedPicture;
 class KelLightRing;
+enum class LampStage;
 namespace KelLightGeometry
 {
 struct Layout;
@@ -112,31 +114,23 @@ private Q_SLOTS:
     void s_anim(double v);
 
 private:
-    /// The four stages of the lamp: what it is without light, at full level, and two glows on top.
-    template <typename Picture>
-    struct Stages {
-        Picture off;
-        Picture full;
-        Picture warm;
-        Picture halo;
-    };
-
     void applyLevel(double l);
     void fitLevelToBounds();
     void dragTo(const QPoint &position);
     void refresh();
     void scalePictures();
+    void prepareStages();
+    const InkedPicture &stagePicture(LampStage stage);
     void dropPaintings();
     QImage emptyPainting() const;
     void paintLight(QPainter &painter);
     void updateBase(const KelLightGeometry::Layout &where, double percent);
-    std::unique_ptr<KelLightRing> makeBase(const KelLightGeometry::Layout &where) const;
-    void drawGlow(QPainter &painter, const QRect &picture, double percent) const;
+    std::unique_ptr<KelLightRing> makeBase(const KelLightGeometry::Layout &where);
+    void drawGlow(QPainter &painter, const QRect &picture, double percent);
 
     IconType m_iconType = Bulb;
     QColor m_fillColor = QColor(255, 245, 60);
     QColor m_backColor = QColor(216, 216, 216);
-    Stages<QImage> m_images;
     QPropertyAnimation m_animation;
     double m_level = 0.0;
     double m_angleShift = 20.0;
@@ -152,7 +146,10 @@ private:
     bool m_binary = false;
     bool m_restoreLastOnLevel = true;
 
-    std::unique_ptr<Stages<InkedPicture>> m_pictures; // the images at m_pictureSize and m_pictureRatio
+    IconType m_lamp = Bulb; // the last icon type that there is
+    // Of each stage, at m_pictureSize and m_pictureRatio; null until it is seen.
+    std::unique_ptr<std::array<InkedPicture, 4>> m_pictures;
+    bool m_isPrepared = false; // whether the stages that are not seen yet are there too, or about to be
     QSize m_pictureSize;
     qreal m_pictureRatio = 0.0;
     std::unique_ptr<KelLightRing> m_base; // ring and unlit lamp; null when it must be made anew

@@ -3,11 +3,12 @@
 
 #include "inkedpicture.h"
 #include "kellightgeometry.h"
+#include "kellightpictures.h"
 #include "kellightring.h"
 
-#include <QHash>
 #include <QPainter>
 #include <QPainterPath>
+#include <QTimer>
 
 #include <cmath>
 
@@ -18,29 +19,6 @@ namespace
 
 // The ring's angles begin at the bottom.
 constexpr qreal RingBegin = 90.0;
-
-// A picture of the resource set, decoded once for all lights.
-QImage lightPicture(KelLight::IconType type, const char *stage)
-{
-    static const char *const names[] = {"bulb", "led", "spot"};
-    static QHash<QString, QImage> decoded;
-
-    const QString path =
-        QStringLiteral(":/icons/light_%1_%2.png").arg(QLatin1String(names[type]), QLatin1String(stage));
-    auto found = decoded.find(path);
-    if (found == decoded.end())
-        found = decoded.insert(path, QImage(path).convertToFormat(QImage::Format_ARGB32_Premultiplied));
-    return *found;
-}
-
-InkedPicture scaled(const QImage &image, const QSize &size, qreal pixelRatio)
-{
-    if (image.isNull() || size.isEmpty())
-        return {};
-    QImage picture = image.scaled(size * pixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    picture.setDevicePixelRatio(pixelRatio);
-    return InkedPicture(picture);
-}
 
 QPainterPath ringPath(const QRectF &outer, qreal width, double shift)
 {
@@ -99,7 +77,7 @@ void KelLight::setIconType(IconType it)
     m_iconType = it;
     if (it < Bulb || it > Spot)
         return;
-    m_images = {lightPicture(it, "0"), lightPicture(it, "100"), lightPicture(it, "w"), lightPicture(it, "h")};
+    m_lamp = it;
     m_pictureSize = QSize();
     scalePictures();
     refresh();
@@ -122,8 +100,32 @@ void KelLight::scalePictures()
         return;
     m_pictureSize = size;
     m_pictureRatio = ratio;
-    *m_pictures = {scaled(m_images.off, size, ratio), scaled(m_images.full, size, ratio),
-                   scaled(m_images.warm, size, ratio), scaled(m_images.halo, size, ratio)};
+    m_pictures->fill({});
+    m_isPrepared = false;
+}
+
+/// The first frame shows one stage. The others follow when it is on the screen, since the press that wants them should
+/// not have to wait for them.
+void KelLight::prepareStages()
+{
+    if (m_isPrepared)
+        return;
+    m_isPrepared = true;
+    QTimer::singleShot(0, this, [this] {
+        for (const LampStage stage : {LampStage::Full, LampStage::Warm, LampStage::Halo})
+            stagePicture(stage);
+    });
+}
+
+const InkedPicture &KelLight::stagePicture(LampStage stage)
+{
+    InkedPicture &picture = (*m_pictures)[size_t(stage)];
+    if (picture.isNull() && !m_pictureSize.isEmpty()) {
+        QImage image = lampPicture(m_lamp, stage, m_pictureSize * m_pictureRatio);
+        image.setDevicePixelRatio(m_pictureRatio);
+        picture = InkedPicture(image);
+    }
+    return picture;
 }
 
 void KelLight::dropPaintings()
@@ -146,6 +148,7 @@ void KelLight::paintEvent(QPaintEvent *)
         dropPaintings();
     }
 
+    prepareStages();
     QPainter painter(this);
     if (m_animation.state() == QAbstractAnimation::Running) {
         paintLight(painter);
@@ -193,7 +196,7 @@ void KelLight::updateBase(const Layout &where, double percent)
     m_basePercent = percent;
 }
 
-std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where) const
+std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where)
 {
     const QPointF centre(width() * 0.5, height() * 0.5);
     const QRectF ring = squareAround(where.radius);
@@ -219,18 +222,19 @@ std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where) const
         return image;
     };
     const QImage shape = painted(Qt::NoPen, m_binary ? QBrush() : QBrush(Qt::black), {});
-    return std::make_unique<KelLightRing>(shape, painted(line, QBrush(), m_pictures->off), centre * m_pictureRatio);
+    return std::make_unique<KelLightRing>(shape, painted(line, QBrush(), stagePicture(LampStage::Off)),
+                                          centre * m_pictureRatio);
 }
 
-void KelLight::drawGlow(QPainter &painter, const QRect &picture, double percent) const
+void KelLight::drawGlow(QPainter &painter, const QRect &picture, double percent)
 {
-    const auto draw = [&](const InkedPicture &stage, double opacity) {
-        if (stage.isNull() || opacity <= 0.0)
+    const auto draw = [&](LampStage stage, double opacity) {
+        if (picture.isEmpty() || opacity <= 0.0)
             return;
         painter.setOpacity(qMin(1.0, opacity));
-        stage.draw(painter, picture.topLeft());
+        stagePicture(stage).draw(painter, picture.topLeft());
     };
-    draw(m_pictures->full, std::pow(percent / 75.0, 0.5));
-    draw(m_pictures->warm, std::pow(percent / 20.0, 0.4));
-    draw(m_pictures->halo, percent > 70.0 ? std::pow((percent - 70.0) / 30.0, 1.5) : 0.0);
+    draw(LampStage::Full, std::pow(percent / 75.0, 0.5));
+    draw(LampStage::Warm, std::pow(percent / 20.0, 0.4));
+    draw(LampStage::Halo, percent > 70.0 ? std::pow((percent - 70.0) / 30.0, 1.5) : 0.0);
 }

@@ -1,3 +1,4 @@
+#include "builtinpicture.h"
 #include "keltabpicture.h"
 #include "keltabwidget.h"
 
@@ -38,8 +39,6 @@ double arrowOpacity(int hiddenWidth)
 
 KelTabBar::KelTabBar(QWidget *parent)
     : QTabBar(parent)
-    , m_leftArrow(QStringLiteral(":/icons/arrow-left.png"))
-    , m_rightArrow(QStringLiteral(":/icons/arrow-right.png"))
     , m_picture(std::make_unique<KelTabPicture>())
 {
     setUsesScrollButtons(false);
@@ -179,13 +178,15 @@ void KelTabBar::drawArrows(QPainter &painter) const
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     const int hiddenLeft = -m_offset;
     if (hiddenLeft > 0) {
+        static const QImage leftArrow = readBuiltInPicture("arrow-left");
         painter.setOpacity(arrowOpacity(hiddenLeft));
-        painter.drawImage(QRect(-m_offset, ArrowMargin, arrowWidth, arrowHeight), m_leftArrow);
+        painter.drawImage(QRect(-m_offset, ArrowMargin, arrowWidth, arrowHeight), leftArrow);
     }
     const int hiddenRight = m_offset - (parent->width() - width());
     if (hiddenRight > 0) {
+        static const QImage rightArrow = readBuiltInPicture("arrow-right");
         painter.setOpacity(arrowOpacity(hiddenRight));
         painter.drawImage(QRect(parent->width() - m_offset - arrowWidth, ArrowMargin, arrowWidth, arrowHeight),
-                          m_rightArrow);
+                          rightArrow);
     }
 }

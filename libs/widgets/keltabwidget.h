@@ -2,7 +2,6 @@
 /// Pages behind tabs that a finger can drag.
 #pragma once
 
-#include <QImage>
 #include <QPoint>
 #include <QTabBar>
 #include <QTabWidget>
@@ -45,8 +44,6 @@ private:
     void refreshPicture(QPaintEvent *event);
     void drawArrows(QPainter &painter) const;
 
-    QImage m_leftArrow;
-    QImage m_rightArrow;
     QPoint m_last;      // Pointer at the last move, in the widget behind the bar.
     QPoint m_press;     // Pointer at the press, in the bar.
     QPoint m_travelled; // Way of the pointer since the press, per axis.

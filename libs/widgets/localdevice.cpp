@@ -1,5 +1,7 @@
 #include "localdevice.h"
 
+#include "builtinpicture.h"
+
 #include <picout.h>
 #include <piqt.h>
 
@@ -27,6 +29,14 @@ QString unknownDevice()
     return QStringLiteral("Unknown device");
 }
 
+/// Of the same picture for all devices. A running panel shows none of them.
+const QImage &deviceIcon()
+{
+    static const QImage icon =
+        readBuiltInPicture("local_device").scaled(IconSize, IconSize, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return icon;
+}
+
 /// Keeps its text off a strip at the right, where the device below shows its icon.
 class StatusArea : public QScrollArea
 {
@@ -39,8 +49,6 @@ public:
 LocalDevice::LocalDevice(QWidget *parent)
     : QWidget(parent)
     , m_commandTexts(CommandTextsLimit)
-    , m_icon(QImage(QStringLiteral(":/icons/local_device.png"))
-                 .scaled(IconSize, IconSize, Qt::KeepAspectRatio, Qt::SmoothTransformation))
 {
     setToolTip(unknownDevice());
 }
@@ -245,7 +253,7 @@ void LocalDevice::buildDebug()
     m_statusLabel->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_statusLabel->setTextFormat(Qt::PlainText);
 
-    auto *scrollArea = new StatusArea(m_icon.width() + IconRightMargin);
+    auto *scrollArea = new StatusArea(IconSize + IconRightMargin);
     scrollArea->setWidgetResizable(true);
     scrollArea->setWidget(m_statusLabel);
     auto *layout = new QVBoxLayout(this);
@@ -282,7 +290,7 @@ void LocalDevice::timerEvent(QTimerEvent *event)
 void LocalDevice::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
-    painter.drawImage(width() - m_icon.width() - IconRightMargin, IconTop, m_icon);
+    painter.drawImage(width() - IconSize - IconRightMargin, IconTop, deviceIcon());
 }
 
 void LocalDevice::showEvent(QShowEvent *event)

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QCache>
-#include <QImage>
 #include <QMap>
 #include <QVector>
 #include <QWidget>
@@ -147,7 +146,6 @@ private:
     AnswerTable m_answerTable;                   ///< Of the answers when a message last came.
     QCache<QString, CommandText> m_commandTexts; ///< What was sent lately, already read.
 
-    QImage m_icon;
     QString m_title;
     QString m_commandsText;
     QString m_answersText;

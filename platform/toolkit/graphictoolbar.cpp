@@ -19,8 +19,9 @@ QPixmap tinted(const QString &name, const QColor &color)
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap))
         return pixmap;
-    QImage image =
-        QImage(QStringLiteral(":/toolkit/icons/%1.png").arg(name)).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    // Without the format's name Qt would load each of its picture plugins and ask it first.
+    QImage image = QImage(QStringLiteral(":/toolkit/icons/%1.png").arg(name), "PNG")
+                       .convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
@@ -53,11 +54,14 @@ GraphicToolBar::GraphicToolBar(QWidget *parent)
     addButton(Graphic::StatusButton, "status", tr("Status line"), true);
     addButton(Graphic::SavePictureButton, "save", tr("Save a picture"), false);
     addButton(Graphic::CopyPictureButton, "copy", tr("Copy a picture"), false);
-    renewIcons();
 }
 
 void GraphicToolBar::setButtons(Graphic::Buttons buttons)
 {
+    const bool isMore = buttons & ~m_shown;
+    m_shown = buttons;
+    if (isMore)
+        renewIcons();
     for (auto it = m_buttons.cbegin(); it != m_buttons.cend(); ++it)
         it.value()->setVisible(buttons.testFlag(it.key()));
     setVisible(buttons & Graphic::AllButtons);
@@ -98,14 +102,19 @@ void GraphicToolBar::addButton(Graphic::Button button, const char *name, const Q
     m_buttons.insert(button, toolButton);
 }
 
+/// Of the buttons that are shown: each icon has to be decoded and tinted.
 void GraphicToolBar::renewIcons()
 {
+    const QSize size = preferredIconSize(IconFontHeights, this);
     const QColor on = palette().color(QPalette::Active, QPalette::ButtonText);
     const QColor off = palette().color(QPalette::Disabled, QPalette::ButtonText);
-    for (QToolButton *button : qAsConst(m_buttons)) {
+    for (auto it = m_buttons.cbegin(); it != m_buttons.cend(); ++it) {
+        if (!m_shown.testFlag(it.key()))
+            continue;
+        QToolButton *button = it.value();
         QIcon icon(tinted(button->objectName(), on));
         icon.addPixmap(tinted(button->objectName(), off), QIcon::Disabled);
         button->setIcon(icon);
-        button->setIconSize(preferredIconSize(IconFontHeights, this));
+        button->setIconSize(size);
     }
 }

@@ -31,4 +31,5 @@ private:
     void renewIcons();
 
     QMap<Graphic::Button, QToolButton *> m_buttons;
+    Graphic::Buttons m_shown;
 };
