@@ -43,7 +43,8 @@ public:
     PIIODevice *device(const QString &fullPath) const; ///< The shared device, or null. Stays ours.
 
     /// Sends \a block in order behind earlier ones and returns at once, so that a port which takes
-    /// no bytes holds up nobody. False when \a fullPath is not open.
+    /// no bytes holds up nobody. A console line tells each block that its device did not take, with all its bytes.
+    /// False when \a fullPath is not open.
     bool write(const QString &fullPath, const PIByteArray &block);
 
     /// Silence that ends a message, in milliseconds, 20 at first. Not above 0 makes each piece that

@@ -2,6 +2,7 @@
 
 #include "qpiconnection.h"
 
+#include <picout.h>
 #include <piqt.h>
 
 #include <algorithm>
@@ -89,14 +90,25 @@ void QPIConnectionLine::writeQueued()
     for (;;) {
         m_queueChanged.wait(lock, [this] { return m_isEnding || !m_queue.empty(); });
         if (m_isEnding)
-            return;
+            break;
         const PIByteArray block = m_queue.front();
         lock.unlock();
-        m_device->write(block);
+        if (m_device->write(block) != block.size())
+            reportLost(block, "did not take it:");
         lock.lock();
         m_queue.pop_front();
         m_queueChanged.notify_all();
     }
+    for (const PIByteArray &block : m_queue)
+        reportLost(block, "was closed before its turn:");
+    m_queue.clear();
+}
+
+void QPIConnectionLine::reportLost(const PIByteArray &block, const char *why) const
+{
+    if (!block.isEmpty())
+        PICout(piDebug) << m_device->fullPathPrefix() + "://" + m_device->path() << why << "a block of" << block.size()
+                        << "bytes is lost:" << block;
 }
 
 void QPIConnectionLine::deliver(const QByteArray &bytes, Clock::time_point time)

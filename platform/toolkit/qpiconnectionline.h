@@ -30,7 +30,8 @@ public:
     ~QPIConnectionLine();
 
     bool open();
-    void close(); ///< What waits goes out if the device takes it at once; nothing is delivered any more.
+    void
+    close(); ///< What waits goes out if the device takes it at once, else it is told; nothing is delivered any more.
     void write(const PIByteArray &block);
 
     PIIODevice &device() const { return *m_device; }
@@ -39,6 +40,7 @@ public:
 private:
     void listen();
     void writeQueued();
+    void reportLost(const PIByteArray &block, const char *why) const;
     void deliver(const QByteArray &bytes, Clock::time_point time);
     void endMessage();
     void emitMessage();

@@ -16,7 +16,8 @@ namespace
 {
 
 constexpr int MoreThanALineHolds = 60000;
-constexpr int WireSpeed = 300; ///< Slow enough that a block is on the wire for a while.
+constexpr auto SeveralTicks = 200ms; ///< After which the write timer of an idle port rests.
+constexpr int WireSpeed = 300;       ///< Slow enough that a block is on the wire for a while.
 
 int entriesOf(const char *folder)
 {
@@ -59,6 +60,8 @@ private Q_SLOTS:
     void vanishesAThousandTimes();
     void vanishesWithABlockOnTheWire();
     void vanishesWithBlocksInTheDriver();
+    void lossIsToldWithoutAnotherBlock();
+    void blockAfterARestGoesOut();
     void tailDoesNotGoToAnotherLine();
     void bothThreadsMeetTheLoss();
     void peerNeverReads();
@@ -349,6 +352,37 @@ void tst_Faults::vanishesWithBlocksInTheDriver()
     QVERIFY(waitUntil([&] { return !bench.serial->isOpened(); }));
     bench.tick(1);
     QCOMPARE(bench.lines("went away while sending"), 3);
+    QCOMPARE(bench.finish(), QString());
+}
+
+/// Nothing waits to be sent any more, but what the driver holds is watched on.
+void tst_Faults::lossIsToldWithoutAnotherBlock()
+{
+    FaultBench bench;
+    std::atomic<bool> isTaken{false};
+    bench.line.setScript([&isTaken, driver = driverThatKeeps()](const Call &call) {
+        isTaken = isTaken || call.kind == Kind::Write;
+        return driver(call);
+    });
+    QVERIFY(bench.serial->open());
+    bench.write();
+    QVERIFY(waitUntil([&] { return isTaken.load(); }));
+    std::this_thread::sleep_for(SeveralTicks);
+    bench.line.vanish();
+    QVERIFY(waitUntil([&] { return bench.lines("went away while sending") == 1; }));
+    QCOMPARE(bench.finish(), QString());
+}
+
+void tst_Faults::blockAfterARestGoesOut()
+{
+    FaultBench bench;
+    QVERIFY(bench.serial->open());
+    std::this_thread::sleep_for(SeveralTicks);
+    const std::string block = bench.write();
+    QVERIFY(waitUntil([&] {
+        bench.line.readTaken();
+        return bench.line.received() == block;
+    }));
     QCOMPARE(bench.finish(), QString());
 }
 

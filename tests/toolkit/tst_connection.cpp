@@ -70,6 +70,8 @@ private Q_SLOTS:
     void slotMayClose();
     void vanishedPortReturns();
     void queuedPortIsReachable();
+    void blockForAPortThatIsAwayIsTold();
+    void blocksThatWaitAtClosingAreTold();
     void destroyedWhileOpen();
 };
 
@@ -370,6 +372,36 @@ void tst_Connection::vanishedPortReturns()
     QVERIFY(pty.write("here again"));
     QTRY_COMPARE(messages(message), QByteArrayList{"here again"});
     QCOMPARE(console.lines().size(), 1);
+}
+
+void tst_Connection::blockForAPortThatIsAwayIsTold()
+{
+    PtyPair pty;
+    QPIConnection connection;
+    QVERIFY(connection.open(serPath(pty)));
+    const StderrCapture console;
+    pty.vanish();
+    QTRY_VERIFY(!connection.isOpened(serPath(pty)));
+    QVERIFY(connection.write(serPath(pty), block("lost")));
+    connection.close(serPath(pty));
+    const QString line = serPath(pty) + QStringLiteral(" did not take it: a block of 4 bytes is lost: 6C 6F 73 74");
+    QCOMPARE(console.lines().count(line), 1);
+}
+
+/// Nobody reads, so the first block is stuck and the second has no turn.
+void tst_Connection::blocksThatWaitAtClosingAreTold()
+{
+    PtyPair pty;
+    QPIConnection connection;
+    QVERIFY(connection.open(serPath(pty)));
+    const StderrCapture console;
+    QVERIFY(connection.write(serPath(pty), block(QByteArray(300000, 'x'))));
+    QVERIFY(connection.write(serPath(pty), block("next")));
+    connection.close(serPath(pty));
+    const QStringList lines = console.lines();
+    QCOMPARE(lines.filter(QStringLiteral("did not take it: a block of 300000 bytes is lost: 78 78")).size(), 1);
+    const QString next = QStringLiteral(" was closed before its turn: a block of 4 bytes is lost: 6E 65 78 74");
+    QCOMPARE(lines.count(serPath(pty) + next), 1);
 }
 
 void tst_Connection::queuedPortIsReachable()
