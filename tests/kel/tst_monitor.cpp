@@ -109,6 +109,15 @@ void tst_Monitor::initTestCase()
     m_catalogue.addCommand(11, 3, QStringLiteral("A1 %id 01"), QStringLiteral("toggle"));
     m_catalogue.addCommand(12, 3, QStringLiteral("A1 %id %0 %(a1*2)"), QStringLiteral("set"));
     m_catalogue.addCommand(13, 3, QStringLiteral("A1 %id %0 %(254/2)"), QStringLiteral("half"));
+    m_catalogue.addCurrent(7, 4, QStringLiteral("Attic"), 300);
+    m_catalogue.addCommand(19, 4, QStringLiteral("B1 %id"), QStringLiteral("second"));
+    m_catalogue.addCommand(18, 4, QStringLiteral("B1 %id"), QStringLiteral("first"));
+    m_catalogue.addCommand(17, 4, QStringLiteral("B2 1FF on %x -1"));
+    m_catalogue.addCommand(16, 4, QStringLiteral("B3 %0"));
+    m_catalogue.addAnswer(26, 4, QStringLiteral("B3 %1"));
+    m_catalogue.addAnswer(27, 4, QStringLiteral("B1 %0"));
+    m_catalogue.addAnswer(28, 4, QStringLiteral("B1 2C"));
+    m_catalogue.addAnswer(29, 4, QStringLiteral("B4 %id"));
     m_catalogue.addAnswer(22, 3, QStringLiteral("A2 %id 01"), QStringLiteral("is on"));
     m_catalogue.addAnswer(21, 3, QStringLiteral("A2 %id %0"), QStringLiteral("says"));
     m_catalogue.addAnswer(23, 3, QStringLiteral("A1 %id 01 00"));
@@ -153,6 +162,15 @@ void tst_Monitor::messageIsNamed_data()
     row("heard answer", "line", Direction::Unknown, "a20703", Direction::Received, "Hall: answer 21, says (%0 = 3)");
     row("heard what is more surely an answer", "line", Direction::Unknown, "a1070100", Direction::Received,
         "Hall: answer 23");
+    row("heard what is as surely a command as an answer", "line", Direction::Unknown, "b305", Direction::Sent,
+        "Attic: command 16 (%0 = 5)");
+    row("heard what is more surely a command", "line", Direction::Unknown, "b12c", Direction::Sent,
+        "Attic: command 18, first");
+    row("of equal commands the first by number, and the low byte of an id", "panel", Direction::Sent, "b12c",
+        Direction::Sent, "Attic: command 18, first");
+    row("words of a command as a device reads them", "panel", Direction::Sent, "b2ff0009ff", Direction::Sent,
+        "Attic: command 17 (%0 = 9)");
+    row("an id above 255 is in no answer", "panel", Direction::Received, "b42c", Direction::Received, "old");
     row("a command is no answer", "panel", Direction::Received, "a10701", Direction::Received, "old");
     row("unknown", "line", Direction::Unknown, "ee", Direction::Unknown, "old");
     row("too short", "panel", Direction::Sent, "a107", Direction::Sent, "old");
