@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QLayout>
+#include <QPainter>
 #include <QTimerEvent>
 #include <graphiccanvas.h>
 #include <graphicinputs.h>
@@ -310,15 +311,14 @@ QWidget *Graphic::canvas() const
 QPointF Graphic::canvasPosition(const QPointF &point) const
 {
     m_parts->sync();
-    return {m_parts->plot->scale(QwtPlot::xBottom).pixel(point.x()),
-            m_parts->plot->scale(QwtPlot::yLeft).pixel(point.y())};
+    return {m_parts->plot->scale(XAxis).pixel(point.x()), m_parts->plot->scale(YAxis).pixel(point.y())};
 }
 
 QPointF Graphic::pointAt(const QPointF &canvasPosition) const
 {
     m_parts->sync();
-    return {m_parts->plot->scale(QwtPlot::xBottom).value(canvasPosition.x()),
-            m_parts->plot->scale(QwtPlot::yLeft).value(canvasPosition.y())};
+    return {m_parts->plot->scale(XAxis).value(canvasPosition.x()),
+            m_parts->plot->scale(YAxis).value(canvasPosition.y())};
 }
 
 QSize Graphic::sizeHint() const

@@ -6,9 +6,6 @@
 #include <graphicrange.h>
 #include <keltoolkitexport.h>
 
-class QwtScaleDraw;
-class QwtScaleEngine;
-
 /// How the labels of one axis are written.
 struct GraphicLabels {
     bool isTime = false;   ///< Values are seconds since 1970-01-01 UTC, shown as local time.
@@ -31,5 +28,4 @@ KEL_TOOLKIT_EXPORT QString readValue(double value, const GraphicRange &range, bo
 /// What readValue() or a person wrote, not-a-number when it is neither a number nor a time.
 KEL_TOOLKIT_EXPORT double writtenValue(const QString &text, bool isTime);
 
-QwtScaleDraw *newScaleDraw(const GraphicLabels &labels); ///< Writes the labels. The caller owns it.
-QwtScaleEngine *newScaleEngine(bool isTime);             ///< Chooses where marks are. The caller owns it.
+KEL_TOOLKIT_EXPORT bool isMidnight(double seconds); ///< In local time.

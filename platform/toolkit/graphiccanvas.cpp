@@ -5,7 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QWheelEvent>
-#include <qwt_plot.h>
+#include <graphicplot.h>
 
 #include <cmath>
 
@@ -17,8 +17,8 @@ constexpr double WheelNotch = 120.0; ///< In eighths of a degree, as Qt counts.
 
 } // namespace
 
-GraphicCanvas::GraphicCanvas(QwtPlot &plot)
-    : QWidget(&plot)
+GraphicCanvas::GraphicCanvas(GraphicPlot &plot)
+    : QWidget(plot.widget())
     , m_plot(plot)
 {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -141,14 +141,14 @@ void GraphicCanvas::renderItems()
     m_picture.setDevicePixelRatio(devicePixelRatioF());
     m_picture.fill(palette().color(QPalette::Base)); // its last row may be a part of a pixel
     QPainter painter(&m_picture);
-    m_plot.drawCanvas(&painter);
+    m_plot.drawItems(painter);
 }
 
 void GraphicCanvas::renderStrip()
 {
     QPainter painter(&m_picture);
     painter.setClipRect(m_strip);
-    m_plot.drawCanvas(&painter);
+    m_plot.drawItems(painter);
 }
 
 /// Two fingers zoom about the point between them and move it along.

@@ -9,7 +9,7 @@
 #include <QWidget>
 
 class QPinchGesture;
-class QwtPlot;
+class GraphicPlot;
 
 /// Shows the items of its plot and what its user paints over them, and tells what the mouse wants. The
 /// picture of the items is kept, so that painting over it again costs nothing of theirs.
@@ -18,7 +18,7 @@ class GraphicCanvas : public QWidget
     Q_OBJECT
 
 public:
-    explicit GraphicCanvas(QwtPlot &plot);
+    explicit GraphicCanvas(GraphicPlot &plot);
 
     void invalidate();                    ///< The items have changed.
     void invalidate(int left, int right); ///< Only from one x to before the other.
@@ -56,7 +56,7 @@ private:
 
     enum class Drag { None, Pressed, Moving };
 
-    QwtPlot &m_plot;
+    GraphicPlot &m_plot;
     QPixmap m_picture; ///< Of the items; null when they have changed.
     QRect m_strip;     ///< The part of it that is not up to date.
     Drag m_drag = Drag::None;

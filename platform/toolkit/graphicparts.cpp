@@ -30,7 +30,7 @@ GraphicParts::GraphicParts(Graphic &owner)
     : graphic(owner)
     , toolBar(new GraphicToolBar(&owner))
     , legend(new GraphicLegend(&owner))
-    , plot(new GraphicPlot(&owner))
+    , plot(newGraphicPlot(&owner))
     , inputs(new GraphicInputs(&owner))
     , status(new GraphicStatus(&owner))
 {
@@ -50,7 +50,7 @@ void GraphicParts::build()
     layout->setSpacing(qRound(fontHeight(&graphic) * Spacing));
     layout->setSizeConstraint(QLayout::SetNoConstraint); // the owner's smallest size holds
     layout->addLayout(m_top);
-    layout->addWidget(plot, 1);
+    layout->addWidget(plot->widget(), 1);
     layout->addWidget(inputs);
     layout->addWidget(status);
     inputs->hide();
@@ -160,12 +160,12 @@ bool GraphicParts::syncCurves()
     for (std::size_t i = 0; i < curves.size(); ++i) {
         if (!isPaused)
             curves[i].series.settle();
-        GraphicCurveItem &item = *plot->curves()[i];
+        GraphicCurveLook &item = plot->curves[i];
         const QPen wanted = pen(static_cast<int>(i));
-        isChanged |= item.pen != wanted || item.isVisible() != curves[i].type.isVisible;
+        isChanged |= item.pen != wanted || item.isVisible != curves[i].type.isVisible;
         item.pen = wanted;
         item.series = &shown(curves[i]);
-        item.setVisible(curves[i].type.isVisible);
+        item.isVisible = curves[i].type.isVisible;
     }
     return isChanged;
 }
@@ -178,8 +178,8 @@ bool GraphicParts::syncLabels()
         wanted.titles == m_labels.titles)
         return false;
     m_labels = wanted;
-    plot->setLabels(QwtPlot::xBottom, {isTime, wanted.precisionStep}, wanted.titles[Graphic::XAxis]);
-    plot->setLabels(QwtPlot::yLeft, {false, wanted.precisionStep}, wanted.titles[Graphic::YAxis]);
+    plot->setLabels(Graphic::XAxis, {isTime, wanted.precisionStep}, wanted.titles[Graphic::XAxis]);
+    plot->setLabels(Graphic::YAxis, {false, wanted.precisionStep}, wanted.titles[Graphic::YAxis]);
     inputs->setTime(isTime);
     return true;
 }
@@ -201,7 +201,7 @@ bool GraphicParts::syncRanges()
         return false;
     m_shownRanges = ranges;
     for (const Graphic::Axis axis : {Graphic::XAxis, Graphic::YAxis}) {
-        plot->setRange(static_cast<QwtPlot::Axis>(axisId(axis)), ranges[axis]);
+        plot->setRange(axis, ranges[axis]);
         inputs->setRange(axis, ranges[axis]);
     }
     return true;
@@ -223,21 +223,16 @@ QPen GraphicParts::pen(int i) const
     return pen;
 }
 
-int GraphicParts::axisId(Graphic::Axis axis) const
-{
-    return axis == Graphic::XAxis ? QwtPlot::xBottom : QwtPlot::yLeft;
-}
-
 void GraphicParts::setCurvesCount(std::size_t count)
 {
     // The items point into the curves, which may move now.
-    for (const auto &item : plot->curves())
-        item->series = nullptr;
+    for (GraphicCurveLook &item : plot->curves)
+        item.series = nullptr;
     const std::size_t before = curves.size();
     curves.resize(count);
     for (std::size_t i = before; i < count; ++i)
         curves[i].series.setHistory(graphic.historySize());
-    plot->setCurvesCount(count);
+    plot->curves.resize(count);
     showLegend();
     schedule(true);
 }
@@ -358,8 +353,8 @@ void GraphicParts::paintOverlay(QPainter &painter)
 QVector<GraphicReading> GraphicParts::readings() const
 {
     const QPointF at = graphic.pointAt(*m_pointer);
-    const double xScale = std::abs(plot->scale(QwtPlot::xBottom).factor);
-    const double yScale = std::abs(plot->scale(QwtPlot::yLeft).factor);
+    const double xScale = std::abs(plot->scale(Graphic::XAxis).factor);
+    const double yScale = std::abs(plot->scale(Graphic::YAxis).factor);
     QVector<GraphicReading> all;
     for (std::size_t i = 0; i < curves.size(); ++i) {
         if (!curves[i].type.isVisible)
@@ -385,7 +380,7 @@ QString GraphicParts::title(Graphic::Axis axis) const
         words << QLatin1Char('[') + units[axis] + QLatin1Char(']');
     const QString text = words.join(QLatin1Char(' '));
     const int room = axis == Graphic::XAxis ? plot->area().width() : plot->area().height();
-    return QFontMetrics(plot->axisFont(axisId(axis))).horizontalAdvance(text) <= room ? text : QString();
+    return QFontMetrics(plot->labelFont(axis)).horizontalAdvance(text) <= room ? text : QString();
 }
 
 QString GraphicParts::withUnit(const QString &text, Graphic::Axis axis) const

@@ -41,7 +41,6 @@ struct GraphicParts {
     Curve *curve(int i); ///< Null when there is none.
     const GraphicSeries &shown(const Curve &curve) const { return isPaused ? curve.held : curve.series; }
     QPen pen(int i) const;
-    int axisId(Graphic::Axis axis) const;
 
     void setCurvesCount(std::size_t count);
     void setRange(Graphic::Axis axis, const GraphicRange &range); ///< Ends the fit.

@@ -13,7 +13,6 @@
 #include <graphiclegend.h>
 #include <graphicparts.h>
 #include <graphicplot.h>
-#include <qwt_plot_renderer.h>
 
 #include <algorithm>
 #include <cmath>
@@ -97,8 +96,9 @@ void Graphic::copyPicture()
 
 QSize GraphicParts::pictureSize() const
 {
-    const int legendHeight = hasLegend ? legend->heightAt(plot->width()) : 0;
-    return QSize(plot->width(), plot->height() + legendHeight).expandedTo(graphic.minimumSizeHint());
+    const int legendHeight = hasLegend ? legend->heightAt(plot->widget()->width()) : 0;
+    return QSize(plot->widget()->width(), plot->widget()->height() + legendHeight)
+        .expandedTo(graphic.minimumSizeHint());
 }
 
 void GraphicParts::drawPicture(QPainter &painter, const QRectF &rect)
@@ -110,9 +110,7 @@ void GraphicParts::drawPicture(QPainter &painter, const QRectF &rect)
         top = legend->heightAt(qRound(rect.width()));
         legend->draw(painter, QRectF(rect.topLeft(), QSizeF(rect.width(), top)));
     }
-    QwtPlotRenderer renderer;
-    renderer.setDiscardFlag(QwtPlotRenderer::DiscardBackground);
-    renderer.render(plot, &painter, rect.adjusted(0.0, top, 0.0, 0.0));
+    plot->drawPicture(painter, rect.adjusted(0.0, top, 0.0, 0.0));
 }
 
 /// Does not block: the panel lives on while the person chooses.

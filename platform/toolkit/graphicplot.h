@@ -1,61 +1,49 @@
 /// \file
-/// The plot library's plot, set up for panels. Not installed.
+/// A plot's axes, grid and curves. Not installed.
 #pragma once
 
+#include <QFont>
 #include <QPen>
+#include <QRectF>
+#include <graphic.h>
 #include <graphicaxis.h>
 #include <graphiccolumns.h>
 #include <graphicrange.h>
-#include <qwt_plot.h>
-#include <qwt_plot_item.h>
 
-#include <memory>
 #include <vector>
 
 class GraphicCanvas;
-class QwtPlotGrid;
 
-/// A curve among the plot's items. It draws a series that lives elsewhere.
-class GraphicCurveItem : public QwtPlotItem
-{
-public:
-    GraphicCurveItem();
-
-    const GraphicSeries *series = nullptr;
+/// How a curve is drawn. Its points live elsewhere.
+struct GraphicCurveLook {
+    const GraphicSeries *series = nullptr; ///< Null: nothing is drawn.
     QPen pen;
-
-    void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
-              const QRectF &canvasRect) const override;
+    bool isVisible = true;
 };
 
-/// What lies behind everything, on the screen and in pictures.
-class GraphicBackground : public QwtPlotItem
+/// Axes, grid, canvas and curves. The plot library is behind it, in a module of its own that comes with the first
+/// plot: it is large, brings other libraries along, and many panels have no plot.
+class KEL_TOOLKIT_EXPORT GraphicPlot
 {
 public:
-    QColor color;
+    GraphicPlot() = default;
+    virtual ~GraphicPlot() = default;
+    GraphicPlot(const GraphicPlot &) = delete;
+    GraphicPlot &operator=(const GraphicPlot &) = delete;
 
-    void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap,
-              const QRectF &canvasRect) const override;
-};
-
-/// Axes, grid, canvas and curves.
-class GraphicPlot : public QwtPlot
-{
-public:
-    explicit GraphicPlot(QWidget *parent);
-    ~GraphicPlot() override;
+    virtual QWidget *widget() = 0; ///< The plot, which is this very object.
 
     GraphicCanvas &area() const { return *m_canvas; }
+    void setArea(GraphicCanvas *canvas); ///< Once, before anything else. The plot owns it.
 
-    std::vector<std::unique_ptr<GraphicCurveItem>> &curves() { return m_curves; }
-    void setCurvesCount(std::size_t count);
-
-    void setLabels(Axis axis, const GraphicLabels &labels, const QString &title);
-    void setRange(Axis axis, const GraphicRange &range);
-    void setGrid(bool isVisible);
+    virtual void setLabels(Graphic::Axis axis, const GraphicLabels &labels, const QString &title) = 0;
+    virtual void setRange(Graphic::Axis axis, const GraphicRange &range) = 0;
+    virtual void setGrid(bool isVisible) = 0;
+    virtual QFont labelFont(Graphic::Axis axis) const = 0;
+    virtual GraphicScale scale(Graphic::Axis axis) const = 0; ///< Makes pixels of the canvas of values.
 
     /// Gives the axes as many labels as have room; whether that is another number.
-    bool setMarksCount();
+    virtual bool setMarksCount() = 0;
 
     /// Shows points that came between \a from and \a to along x, and nothing else; none when \a from is the greater.
     void showNew(double from, double to);
@@ -63,20 +51,19 @@ public:
     /// Takes over ranges, fonts and colours, and lays out the plot anew when its axes need it.
     void settle();
 
-    QSize minimumSizeHint() const override { return {1, 1}; } ///< Its owner knows better.
+    virtual void drawItems(QPainter &painter) = 0;                       ///< What the canvas shows.
+    virtual void drawPicture(QPainter &painter, const QRectF &rect) = 0; ///< The plot with its axes.
 
-    GraphicScale scale(Axis axis) const; ///< Makes pixels of the canvas of values.
+    std::vector<GraphicCurveLook> curves; ///< From back to front.
 
 protected:
-    void changeEvent(QEvent *event) override;
+    virtual void placeArea(QWidget *canvas) = 0;
+    virtual void layOut() = 0;
+    void looksDifferent(); ///< The canvas has to be painted anew.
 
 private:
-    void setFonts();
-    void setColors();
-    void holdStill();
-
-    GraphicCanvas *m_canvas;
-    GraphicBackground m_background;
-    std::unique_ptr<QwtPlotGrid> m_grid;
-    std::vector<std::unique_ptr<GraphicCurveItem>> m_curves;
+    GraphicCanvas *m_canvas = nullptr;
 };
+
+/// A plot inside \a parent, which owns it. Ends the program when the module that draws it is not beside this library.
+GraphicPlot *newGraphicPlot(QWidget *parent);

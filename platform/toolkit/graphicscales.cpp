@@ -1,0 +1,98 @@
+#include "graphicscales.h"
+
+#include <qwt_date_scale_engine.h>
+#include <qwt_scale_draw.h>
+#include <qwt_scale_engine.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr double Day = 86400.0;
+constexpr double Milliseconds = 1000.0;
+constexpr double MostSeconds = 1e11;
+
+/// The distance between the labelled marks.
+double stepOf(const QwtScaleDiv &division)
+{
+    const QList<double> marks = division.ticks(QwtScaleDiv::MajorTick);
+    return marks.size() > 1 ? std::abs(marks.at(1) - marks.at(0)) : std::abs(division.range());
+}
+
+double largestOf(const QwtScaleDiv &division)
+{
+    return std::max(std::abs(division.lowerBound()), std::abs(division.upperBound()));
+}
+
+class NumberDraw : public QwtScaleDraw
+{
+public:
+    explicit NumberDraw(int precisionStep)
+        : m_precisionStep(precisionStep)
+    {
+    }
+
+    QwtText label(double value) const override
+    {
+        return numberLabel(value, stepOf(scaleDiv()), largestOf(scaleDiv()), m_precisionStep);
+    }
+
+private:
+    const int m_precisionStep;
+};
+
+class TimeDraw : public QwtScaleDraw
+{
+public:
+    /// The first label says which day it is, and so does every midnight.
+    QwtText label(double value) const override
+    {
+        const double step = stepOf(scaleDiv());
+        const QString text = timeLabel(value, step);
+        const QList<double> marks = scaleDiv().ticks(QwtScaleDiv::MajorTick);
+        const bool isFirst = !marks.isEmpty() && value == *std::min_element(marks.begin(), marks.end());
+        if (step >= Day)
+            return text;
+        return isFirst || isMidnight(value) ? text + QLatin1Char('\n') + timeLabel(value, Day) : text;
+    }
+};
+
+/// Marks at whole seconds, minutes, hours, days …
+class TimeEngine : public QwtLinearScaleEngine
+{
+public:
+    QwtScaleDiv divideScale(double from, double to, int maxMajor, int maxMinor, double step) const override
+    {
+        // No calendar helps below a second and above some thousand years.
+        if (!(to - from >= 1.0) || !(std::max(std::abs(from), std::abs(to)) < MostSeconds))
+            return QwtLinearScaleEngine::divideScale(from, to, maxMajor, maxMinor, step);
+        // The library's own engine counts in milliseconds.
+        const QwtDateScaleEngine engine(Qt::LocalTime);
+        const QwtScaleDiv division =
+            engine.divideScale(from * Milliseconds, to * Milliseconds, maxMajor, maxMinor, 0.0);
+        QList<double> marks[QwtScaleDiv::NTickTypes];
+        for (int type = 0; type < QwtScaleDiv::NTickTypes; ++type) {
+            const QList<double> all = division.ticks(type);
+            for (const double mark : all)
+                marks[type].append(mark / Milliseconds);
+        }
+        return QwtScaleDiv(from, to, marks);
+    }
+};
+
+} // namespace
+
+QwtScaleDraw *newScaleDraw(const GraphicLabels &labels)
+{
+    QwtScaleDraw *draw =
+        labels.isTime ? static_cast<QwtScaleDraw *>(new TimeDraw) : new NumberDraw(labels.precisionStep);
+    draw->enableComponent(QwtAbstractScaleDraw::Backbone, false);
+    return draw;
+}
+
+QwtScaleEngine *newScaleEngine(bool isTime)
+{
+    return isTime ? static_cast<QwtScaleEngine *>(new TimeEngine) : new QwtLinearScaleEngine;
+}
