@@ -137,6 +137,7 @@ private:
     double m_clickThreshold = 75.0;
     double m_barSize = 30.0;
     double m_shownLevel = 0.0;
+    double m_paintedLevel = 0.0; // the level shown by the last painting
     double m_lowLevel = 0.0;
     double m_highLevel = 100.0;
     double m_onLevel = 100.0;

@@ -150,7 +150,10 @@ void KelLight::paintEvent(QPaintEvent *)
 
     prepareStages();
     QPainter painter(this);
-    if (m_animation.state() == QAbstractAnimation::Running) {
+    // A level that is seen for the first time may be one of many.
+    const bool isMoving = m_animation.state() == QAbstractAnimation::Running || m_paintedLevel != m_shownLevel;
+    m_paintedLevel = m_shownLevel;
+    if (isMoving) {
         paintLight(painter);
         return;
     }
