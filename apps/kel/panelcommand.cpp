@@ -4,6 +4,7 @@
 #include "commands.h"
 #include "panel/deviceroutes.h"
 #include "panel/formloader.h"
+#include "panel/latereading.h"
 #include "panel/panelclicks.h"
 #include "panel/panelfiles.h"
 #include "panel/paneltrace.h"
@@ -77,7 +78,7 @@ int runPanel(Program &program, const PanelOptions &options)
 
     const PanelFiles files = findFiles(options);
     if (!files.catalogue.isEmpty())
-        openCatalogue(files.catalogue);
+        openCatalogueUnread(files.catalogue);
     const QString path = files.form;
     const LoadedForm form = loadForm(path);
     for (const QString &complaint : form.complaints)
@@ -99,6 +100,8 @@ int runPanel(Program &program, const PanelOptions &options)
     if (isWithoutDisplay() && screenshot.isEmpty())
         throw CommandError(QStringLiteral("no display to show %1 on (--screenshot saves it as a picture)").arg(path));
     quitOnSignals();
+    if (!files.catalogue.isEmpty())
+        readCatalogueAfterFirstFrame(*form.window);
     form.window->show();
     return screenshot.isEmpty() ? QApplication::exec() : takeScreenshot(*form.window, screenshot, options.afterMs);
 }

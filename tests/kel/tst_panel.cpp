@@ -10,6 +10,7 @@
 #include <localdevice.h>
 #include <panel/deviceroutes.h>
 #include <panel/formloader.h>
+#include <panel/latereading.h>
 
 #include <QFile>
 #include <QLabel>
@@ -65,6 +66,7 @@ class tst_Panel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void catalogueIsReadAfterTheFirstFrame();
     void initTestCase();
     void cleanup();
     void transportPathOfADevice_data();
@@ -101,6 +103,8 @@ void tst_Panel::initTestCase()
     m_catalogue.addCurrent(5, 3, QStringLiteral("Hall"), 7);
     m_catalogue.addCommand(1, 3, QStringLiteral("A1 %id 01"));
     m_catalogue.addAnswer(2, 3, QStringLiteral("A2 %id %0"));
+    m_catalogue.addObject(10, 3, QStringLiteral("hall"));
+    m_catalogue.addPacket(100, 10, QStringLiteral("on"), QStringLiteral("01 FF"));
     openCatalogue(m_catalogue.path());
     QVERIFY(Kel::commandsDB.database.isOpen());
 }
@@ -434,6 +438,29 @@ void tst_Panel::pictureThatCannotBeWrittenIsTold()
         QVERIFY2(run.errors.startsWith(QByteArray("kel: ") + picture + ": "), run.errors.constData());
         QVERIFY(!QFileInfo::exists(QLatin1String(picture)));
     }
+}
+
+void tst_Panel::catalogueIsReadAfterTheFirstFrame()
+{
+    Kel::commandsDB.packets.clear();
+    Kel::commandsDB.devices.clear();
+    openCatalogueUnread(m_catalogue.path());
+    QVERIFY(Kel::commandsDB.database.isOpen());
+    QVERIFY(Kel::commandsDB.devices.isEmpty());
+    QWidget window;
+    KelButton button(&window);
+    button.setCommand(QStringLiteral("hall.on()"));
+    readCatalogueAfterFirstFrame(window);
+    QCoreApplication::processEvents();
+    QVERIFY(Kel::commandsDB.devices.isEmpty());
+    window.show();
+    QTRY_VERIFY(!Kel::commandsDB.devices.isEmpty());
+    QVERIFY(Kel::commandsDB.hasPacket(QStringLiteral("hall"), QStringLiteral("on")));
+    Kel::commandsDB.devices.clear();
+    window.update();
+    QTest::qWait(1);
+    QVERIFY(Kel::commandsDB.devices.isEmpty()); // once
+    openCatalogue(m_catalogue.path());
 }
 
 KEL_TEST_MAIN(tst_Panel)

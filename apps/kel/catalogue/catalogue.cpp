@@ -9,13 +9,41 @@
 
 #include <QSqlError>
 
+namespace
+{
+
+// As KvCommands opens it: whoever holds a lock on the file must not freeze the panel for long.
+const QLatin1String ConnectOptions("QSQLITE_BUSY_TIMEOUT=300");
+
+void requireOpenCatalogue(const QString &path)
+{
+    if (!Kel::commandsDB.database.isOpen())
+        throw CommandError(QStringLiteral("%1: not a readable catalogue (%2)")
+                               .arg(path, Kel::commandsDB.database.lastError().databaseText()));
+}
+
+} // namespace
+
 void openCatalogue(const QString &path)
 {
     checkCatalogueFile(path);
     Kel::commandsDB.setDatabase(path);
-    if (!Kel::commandsDB.database.isOpen())
-        throw CommandError(QStringLiteral("%1: not a readable catalogue (%2)")
-                               .arg(path, Kel::commandsDB.database.lastError().databaseText()));
+    requireOpenCatalogue(path);
+}
+
+void openCatalogueUnread(const QString &path)
+{
+    checkCatalogueFile(path);
+    QSqlDatabase &database = Kel::commandsDB.database;
+    database = QSqlDatabase();
+    const QString name = QLatin1String(QSqlDatabase::defaultConnection);
+    if (QSqlDatabase::contains(name))
+        QSqlDatabase::removeDatabase(name);
+    database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    database.setConnectOptions(ConnectOptions);
+    database.setDatabaseName(path);
+    database.open();
+    requireOpenCatalogue(path);
 }
 
 void makeCatalogue(const QString &source, const QString &path)

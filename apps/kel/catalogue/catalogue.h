@@ -9,6 +9,10 @@
 /// a fraction of a second for a lock. GUI thread only.
 void openCatalogue(const QString &path);
 
+/// The same, but the catalogue's lists stay empty until somebody reads them (KvCommands::read()); its database can be
+/// asked at once.
+void openCatalogueUnread(const QString &path);
+
 /// Makes the catalogue \a path from the TOML file \a source (docs/formats/catalogue-source.md), and the
 /// variables file beside it when the source has variables. Throws a CommandError that names the file, for
 /// a mistake in the source with its line and column; then nothing was written. A catalogue that is there
