@@ -3,6 +3,7 @@
 #include <QButtonGroup>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QPointer>
 #include <QPropertyAnimation>
 #include <QSignalSpy>
 #include <kelswitch.h>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void dragEnds();
     void dragBackAnimatesHome();
     void dragReleasedOutside();
+    void deletedByTheEndOfADrag();
     void groupMayRefuse();
 };
 
@@ -499,6 +501,26 @@ void tst_KelSwitch::dragReleasedOutside()
     QVERIFY(button.isChecked());
     QCOMPARE(released.size(), 1);
     QCOMPARE(clicked.size(), 0);
+}
+
+void tst_KelSwitch::deletedByTheEndOfADrag()
+{
+    auto *button = new KelSwitch;
+    const QPointer<KelSwitch> alive(button);
+    button->resize(300, 100);
+    button->show();
+    int toggles = 0;
+    connect(button, &KelSwitch::toggled, [&toggles] { ++toggles; });
+    connect(button, &KelSwitch::released, [button] { delete button; });
+    press(*button, QPoint(150, 50));
+    move(*button, QPoint(170, 50));
+    move(*button, QPoint(280, 50));
+    QVERIFY(alive);
+    // QTest's own release asks the widget once more.
+    QMouseEvent event(QEvent::MouseButtonRelease, QPoint(280, 50), Qt::LeftButton, Qt::NoButton, {});
+    QCoreApplication::sendEvent(button, &event);
+    QVERIFY(!alive);
+    QCOMPARE(toggles, 0);
 }
 
 void tst_KelSwitch::groupMayRefuse()
