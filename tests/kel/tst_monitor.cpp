@@ -302,7 +302,7 @@ void tst_Monitor::logIsFollowed()
 
 void tst_Monitor::cutLogIsReadAgain()
 {
-    const QString log = write("cut.log", "22:57:18.832  panel  -> A1\n22:57:18.833  panel  -> A2\n");
+    const QString log = write("cut.log", "22:57:18.832  panel  -> A1\n22:57:18.833  panel  -> A2\n22:57:18.834  panel");
     LogFollower follower(log);
     QSignalSpy entries(&follower, &LogFollower::entry);
     QVERIFY(follower.readOn());

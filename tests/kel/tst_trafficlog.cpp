@@ -229,6 +229,9 @@ void tst_TrafficLog::fileGetsAHeaderAndGrows()
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("a.log"));
     const QByteArray header = "# kel traffic log, " + QDate::currentDate().toString(Qt::ISODate).toUtf8() + "\n";
+    QFile empty(path); // as mktemp makes one
+    QVERIFY(empty.open(QIODevice::WriteOnly));
+    empty.close();
     TrafficLog::toFile(QStringLiteral("panel"), path).sent("\xa1", QStringLiteral("relay"));
     const QByteArray first = contentOf(path);
     QVERIFY2(first.startsWith(header), first.constData());
