@@ -423,11 +423,14 @@ void tst_CommandCodec::parseIgnoresForeignByteIndex()
         QCOMPARE(values, QVector<QVariant>());
     }
 
-    CommandArgument wide = typed(2, Most);
-    wide.byteIndex = Most - 1;
-    QVector<QVariant> values;
-    QVERIFY(parseCommand(bytes("01"), {wide}, values));
-    QCOMPARE(values, QVector<QVariant>{QVariant()});
+    // The last byte of an argument that is wider than any value; eight bytes are the widest.
+    for (int size : {9, 10, Most}) {
+        CommandArgument wide = typed(2, size);
+        wide.byteIndex = size - 1;
+        QVector<QVariant> values;
+        QVERIFY(parseCommand(bytes("01"), {wide}, values));
+        QCOMPARE(values, QVector<QVariant>{QVariant()});
+    }
 }
 
 void tst_CommandCodec::parseResetsScratch()
