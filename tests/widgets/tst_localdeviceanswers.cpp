@@ -2,7 +2,43 @@
 #include "stderrcapture.h"
 #include "testmain.h"
 
+#include <QMetaMethod>
+#include <QPointer>
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <new>
+#include <utility>
+
 using Answers = QMap<int, QVector<int>>;
+
+/// Ends a device that lives in a room of the test, and makes the room useless: who still goes there crashes.
+class Removal : public QObject
+{
+    Q_OBJECT
+
+public:
+    Removal(BenchDevice *ended, std::function<void()> makeUseless)
+        : device(ended)
+        , m_makeUseless(std::move(makeUseless))
+    {
+    }
+
+    QPointer<BenchDevice> device;
+
+public Q_SLOTS:
+    void now()
+    {
+        if (!device)
+            return;
+        device->~BenchDevice();
+        m_makeUseless();
+    }
+
+private:
+    std::function<void()> m_makeUseless;
+};
 
 class tst_LocalDeviceAnswers : public QObject
 {
@@ -18,6 +54,8 @@ private Q_SLOTS:
     void disabledTakesNothing();
     void disablingInASlotDoesNotStopTheReport();
     void nextMessageInsideASlot();
+    void deletedByItsOwnSignal_data();
+    void deletedByItsOwnSignal();
 };
 
 void tst_LocalDeviceAnswers::announced_data()
@@ -172,6 +210,30 @@ void tst_LocalDeviceAnswers::nextMessageInsideASlot()
     QCOMPARE(log.entries,
              QStringLiteral("ID 1;ID 2;Arg 2 = 9;Arg2 9;Arg 0 = 5;Arg 1 = 6;Arg0 5;Arg1 6").split(QLatin1Char(';')));
     QCOMPARE(device.receivedCount, 2);
+}
+
+void tst_LocalDeviceAnswers::deletedByItsOwnSignal_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+
+    for (const char *signal : {"receivedAnswerID(int)", "receivedAnswerArg(int,int)", "receivedAnswerArg0(int)",
+                               "receivedAnswerArg1(int)", "receivedAnswerArg2(int)", "receivedAnswerArg3(int)"})
+        QTest::newRow(signal) << QByteArray(signal);
+}
+
+void tst_LocalDeviceAnswers::deletedByItsOwnSignal()
+{
+    QFETCH(QByteArray, signal);
+
+    alignas(BenchDevice) std::array<std::byte, sizeof(BenchDevice)> room{};
+    Removal removal{new (room.data()) BenchDevice, [&room] { room.fill(std::byte{0xFF}); }};
+    removal.device->answers[1] = {~0, ~1, ~2, ~3};
+    const int index = removal.device->metaObject()->indexOfSignal(signal.constData());
+    const QMetaMethod remove = removal.metaObject()->method(removal.metaObject()->indexOfSlot("now()"));
+    QVERIFY(connect(removal.device, removal.device->metaObject()->method(index), &removal, remove));
+    const StderrCapture quiet;
+    removal.device->receivedLocal("abcd");
+    QVERIFY(!removal.device);
 }
 
 KEL_TEST_MAIN(tst_LocalDeviceAnswers)
