@@ -13,10 +13,22 @@ namespace
 
 using NewPlot = GraphicPlot *(*)(QWidget *);
 
-/// The module stands where this library is and stays loaded once it is.
+/// The folder of the library that this code is in, with a slash at its end.
+QByteArray ownFolder()
+{
+    Dl_info library;
+    if (::dladdr(reinterpret_cast<const void *>(&newGraphicPlot), &library) == 0)
+        return QByteArray();
+    const QByteArray path(library.dli_fname);
+    return path.left(path.lastIndexOf('/') + 1);
+}
+
+/// The module stands where this library is and stays loaded once it is. It is named with its folder: the search path
+/// of this library does not count for a program whose dlopen() comes from elsewhere, as under a sanitizer.
 NewPlot loadPlot()
 {
-    void *module = ::dlopen(KEL_PLOT_MODULE, RTLD_NOW | RTLD_LOCAL);
+    const QByteArray path = ownFolder() + KEL_PLOT_MODULE;
+    void *module = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
     const auto function = module ? reinterpret_cast<NewPlot>(::dlsym(module, "kelNewPlot")) : nullptr;
     if (!function)
         qFatal("A part of the library is missing: %s", ::dlerror());
