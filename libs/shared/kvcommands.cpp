@@ -143,7 +143,12 @@ void KvCommands::setDatabase(const QString &path)
 {
     if (path.isEmpty() || !QFileInfo(path).isFile())
         return;
+    openDatabase(path);
+    read();
+}
 
+void KvCommands::openDatabase(const QString &path)
+{
     // Let go of the old connection before it is replaced: nobody's query is running on it now.
     database = QSqlDatabase();
     const QString name = QLatin1String(QSqlDatabase::defaultConnection);
@@ -154,7 +159,6 @@ void KvCommands::setDatabase(const QString &path)
     database.setConnectOptions(ConnectOptions);
     database.setDatabaseName(path);
     database.open();
-    read();
 }
 
 void KvCommands::openFromArgs(const QString &prefix)

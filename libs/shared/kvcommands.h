@@ -50,6 +50,10 @@ public:
     /// \a path is no file.
     void setDatabase(const QString &path);
 
+    /// Opens the file at \a path, in place of an open catalogue, and leaves the lists as they are until read().
+    /// `database.isOpen()` tells whether it worked, `database.lastError()` why not.
+    void openDatabase(const QString &path);
+
     /// Unless a catalogue is open: opens the one named by the first command-line argument that starts
     /// with \a prefix, which is removed. An empty prefix names none.
     void openFromArgs(const QString &prefix);

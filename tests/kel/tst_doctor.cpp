@@ -21,6 +21,7 @@ private Q_SLOTS:
     void reports();
     void saysWhereThePluginIs();
     void pluginWithoutItsLibrary();
+    void pluginWithoutItsPlots();
     void catalogue_data();
     void catalogue();
     void designersCatalogue();
@@ -369,6 +370,27 @@ void tst_Doctor::pluginWithoutItsLibrary()
     QVERIFY2(lines.contains("does not load"), run.output.constData());
     QVERIFY2(lines.contains("libKel_widgets.so.0 => not found"), run.output.constData());
     QCOMPARE(run.exitCode, 1);
+}
+
+void tst_Doctor::pluginWithoutItsPlots()
+{
+    const QTemporaryDir dir;
+    const QDir libraries = QFileInfo(QStringLiteral(KEL_DESIGNER_PLUGIN)).dir().filePath(QStringLiteral("../../lib"));
+    const auto copy = [&dir](const QString &file) {
+        return QFile::copy(file, dir.filePath(QFileInfo(file).fileName()));
+    };
+    QVERIFY(copy(QStringLiteral(KEL_DESIGNER_PLUGIN)));
+    for (const char *name : {"libKel_primitives.so.0", "libKel_toolkit.so.0", "libKel_widgets.so.0"})
+        QVERIFY2(copy(libraries.filePath(QLatin1String(name))), name);
+    const QStringList environment{QStringLiteral("LD_LIBRARY_PATH=") + dir.path()};
+    const KelRun run = runDoctor(dir.path(), {}, environment);
+    const QByteArray lines = linesAbout(run.output, "plugin");
+    QVERIFY2(lines.contains("libKel_plot.so => not in " + dir.path().toLocal8Bit()), run.output.constData());
+    QCOMPARE(run.exitCode, 1);
+
+    QVERIFY(copy(libraries.filePath(QStringLiteral("libKel_plot.so"))));
+    const KelRun whole = runDoctor(dir.path(), {}, environment);
+    QVERIFY2(!linesAbout(whole.output, "plugin").contains("libKel_plot"), whole.output.constData());
 }
 
 void tst_Doctor::catalogue_data()

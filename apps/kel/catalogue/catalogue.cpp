@@ -12,9 +12,6 @@
 namespace
 {
 
-// As KvCommands opens it: whoever holds a lock on the file must not freeze the panel for long.
-const QLatin1String ConnectOptions("QSQLITE_BUSY_TIMEOUT=300");
-
 void requireOpenCatalogue(const QString &path)
 {
     if (!Kel::commandsDB.database.isOpen())
@@ -34,15 +31,7 @@ void openCatalogue(const QString &path)
 void openCatalogueUnread(const QString &path)
 {
     checkCatalogueFile(path);
-    QSqlDatabase &database = Kel::commandsDB.database;
-    database = QSqlDatabase();
-    const QString name = QLatin1String(QSqlDatabase::defaultConnection);
-    if (QSqlDatabase::contains(name))
-        QSqlDatabase::removeDatabase(name);
-    database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
-    database.setConnectOptions(ConnectOptions);
-    database.setDatabaseName(path);
-    database.open();
+    Kel::commandsDB.openDatabase(path);
     requireOpenCatalogue(path);
 }
 

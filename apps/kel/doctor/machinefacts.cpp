@@ -83,6 +83,17 @@ QString pluginOfThisTree()
     return QString();
 }
 
+/// What is missing beside our library of a line "libKel_toolkit.so.0 => /path/libKel_toolkit.so.0 (0x…)": what draws
+/// plots is loaded with the first plot, so the loader does not know of it.
+QString missingModule(const QString &line)
+{
+    const QLatin1String module("libKel_plot.so");
+    if (!line.contains(QLatin1String("libKel_toolkit.so")))
+        return QString();
+    const QDir folder = QFileInfo(line.section(QLatin1String(" => "), 1).section(QLatin1String(" ("), 0, 0)).dir();
+    return folder.exists(module) ? QString() : QStringLiteral("%1 => not in %2").arg(module, folder.path());
+}
+
 /// Libraries that the loader would not find for \a path in a program that has not loaded ours already;
 /// empty too when nobody can tell.
 QString missingLibraries(const QString &path)
@@ -92,6 +103,8 @@ QString missingLibraries(const QString &path)
     for (const QString &line : answer.output.split(QLatin1Char('\n'))) {
         if (line.contains(QLatin1String("not found")))
             missing << line.simplified();
+        else if (const QString module = missingModule(line); !module.isEmpty())
+            missing << module;
     }
     return missing.join(QStringLiteral("; "));
 }
