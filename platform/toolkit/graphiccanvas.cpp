@@ -141,14 +141,14 @@ void GraphicCanvas::renderItems()
     m_picture.setDevicePixelRatio(devicePixelRatioF());
     m_picture.fill(palette().color(QPalette::Base)); // its last row may be a part of a pixel
     QPainter painter(&m_picture);
-    m_plot.drawItems(painter);
+    m_plot.drawContent(painter);
 }
 
 void GraphicCanvas::renderStrip()
 {
     QPainter painter(&m_picture);
     painter.setClipRect(m_strip);
-    m_plot.drawItems(painter);
+    m_plot.drawContent(painter);
 }
 
 /// Two fingers zoom about the point between them and move it along.

@@ -51,7 +51,7 @@ public:
     /// Takes over ranges, fonts and colours, and lays out the plot anew when its axes need it.
     void settle();
 
-    virtual void drawItems(QPainter &painter) = 0;                       ///< What the canvas shows.
+    virtual void drawContent(QPainter &painter) = 0;                     ///< What the canvas shows.
     virtual void drawPicture(QPainter &painter, const QRectF &rect) = 0; ///< The plot with its axes.
 
     std::vector<GraphicCurveLook> curves; ///< From back to front.

@@ -96,7 +96,7 @@ public:
     QFont labelFont(Graphic::Axis axis) const override { return axisFont(axisId(axis)); }
     GraphicScale scale(Graphic::Axis axis) const override { return scaleOf(canvasMap(axisId(axis))); }
     bool setMarksCount() override;
-    void drawItems(QPainter &painter) override { drawCanvas(&painter); }
+    void drawContent(QPainter &painter) override { drawCanvas(&painter); }
     void drawPicture(QPainter &painter, const QRectF &rect) override;
 
     QSize minimumSizeHint() const override { return {1, 1}; } ///< Its owner knows better.
