@@ -41,3 +41,8 @@ find_program(KEL_CCACHE ccache)
 if(KEL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_CXX_COMPILER_LAUNCHER ${KEL_CCACHE})
 endif()
+
+# Reports about Qt itself that are no trouble of ours.
+set(kel_suppressions ${PROJECT_SOURCE_DIR}/tests/support)
+set(KEL_SANITIZER_ENVIRONMENT
+    "LSAN_OPTIONS=suppressions=${kel_suppressions}/lsan.supp:print_suppressions=0;TSAN_OPTIONS=suppressions=${kel_suppressions}/tsan.supp")

@@ -34,6 +34,14 @@ FormWidgets::FormWidgets()
     restore();
 }
 
+FormWidgets::~FormWidgets()
+{
+    for (const QPointer<QLayout> &layout : m_layouts) {
+        if (layout && !layout->parent())
+            delete layout;
+    }
+}
+
 QStringList FormWidgets::knownClasses() const
 {
     QStringList classes = availableWidgets();
@@ -58,4 +66,12 @@ QWidget *FormWidgets::createWidget(const QString &className, QWidget *parent, co
     if (widget && !widget->parentWidget() && isContainer(parent))
         widget->setParent(parent);
     return widget;
+}
+
+QLayout *FormWidgets::createLayout(const QString &className, QObject *parent, const QString &name)
+{
+    // Qt forgets a layout that it cannot add, such as the second one of a widget.
+    QLayout *layout = QUiLoader::createLayout(className, parent, name);
+    m_layouts.emplace_back(layout);
+    return layout;
 }
