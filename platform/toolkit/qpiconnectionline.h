@@ -30,8 +30,9 @@ public:
     ~QPIConnectionLine();
 
     bool open();
-    void
-    close(); ///< What waits goes out if the device takes it at once, else it is told; nothing is delivered any more.
+    /// What waits goes out if the device takes it at once, else it is told; nothing is delivered any more.
+    void close();
+
     void write(const PIByteArray &block);
 
     PIIODevice &device() const { return *m_device; }
