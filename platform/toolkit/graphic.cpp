@@ -350,7 +350,6 @@ void Graphic::timerEvent(QTimerEvent *event)
 void Graphic::paintEvent(QPaintEvent *event)
 {
     m_parts->sync();
-    m_parts->sync(); // the first may have changed the canvas's size
     QWidget::paintEvent(event);
 }
 

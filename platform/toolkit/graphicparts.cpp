@@ -370,16 +370,26 @@ QVector<GraphicReading> GraphicParts::readings() const
     return all;
 }
 
-/// What stands beside \a axis; nothing where it would be cut off.
-QString GraphicParts::title(Graphic::Axis axis) const
+/// What is to stand beside \a axis.
+QString GraphicParts::titleText(Graphic::Axis axis) const
 {
     QStringList words;
     if (!titles[axis].isEmpty())
         words << titles[axis];
     if (!units[axis].isEmpty())
         words << QLatin1Char('[') + units[axis] + QLatin1Char(']');
-    const QString text = words.join(QLatin1Char(' '));
-    const int room = axis == Graphic::XAxis ? plot->area().width() : plot->area().height();
+    return words.join(QLatin1Char(' '));
+}
+
+/// What stands there; nothing where it would be cut off.
+QString GraphicParts::title(Graphic::Axis axis) const
+{
+    const QString text = titleText(axis);
+    const Graphic::Axis other = axis == Graphic::XAxis ? Graphic::YAxis : Graphic::XAxis;
+    const QSize area = plot->usualArea();
+    int room = axis == Graphic::XAxis ? area.width() : area.height();
+    if (!titleText(other).isEmpty())
+        room -= QFontMetrics(plot->labelFont(other)).lineSpacing();
     return QFontMetrics(plot->labelFont(axis)).horizontalAdvance(text) <= room ? text : QString();
 }
 

@@ -95,6 +95,7 @@ private:
     bool syncCurves();
     bool syncLabels();
     bool syncRanges();
+    QString titleText(Graphic::Axis axis) const;
     QString title(Graphic::Axis axis) const;
     QString withUnit(const QString &text, Graphic::Axis axis) const;
     QVector<GraphicReading> readings() const;

@@ -42,7 +42,11 @@ public:
     virtual QFont labelFont(Graphic::Axis axis) const = 0;
     virtual GraphicScale scale(Graphic::Axis axis) const = 0; ///< Makes pixels of the canvas of values.
 
-    /// Gives the axes as many labels as have room; whether that is another number.
+    /// How large the canvas is beside labels of the usual size. What the labels say and how many there are goes by
+    /// this size: the canvas's own depends on them, and they would change each other for ever.
+    virtual QSize usualArea() const = 0;
+
+    /// Gives the axes as many labels as usualArea() has room for; whether that is another number.
     virtual bool setMarksCount() = 0;
 
     /// Shows points that came between \a from and \a to along x, and nothing else; none when \a from is the greater.

@@ -23,9 +23,10 @@ namespace
 
 constexpr double CurvesAbove = 20.0; ///< The grid lies at 10.
 constexpr double AxisFontFactor = 0.9;
-constexpr int MarkSpaceAlongX = 2; ///< A label and the space to the next, in widths of a label.
-constexpr int MarkSpaceAlongY = 3; ///< The same in heights.
+constexpr double MarkSpaceAlongX = 2.0; ///< A label and the space to the next, in widths of a label.
+constexpr double MarkSpaceAlongY = 2.5; ///< The same in heights.
 constexpr int MostMarks = 10;
+constexpr int MostLines = 2; ///< Of a label along x: the first time says the day too.
 
 GraphicScale scaleOf(const QwtScaleMap &map)
 {
@@ -95,6 +96,7 @@ public:
     void setGrid(bool isVisible) override { m_grid.setVisible(isVisible); }
     QFont labelFont(Graphic::Axis axis) const override { return axisFont(axisId(axis)); }
     GraphicScale scale(Graphic::Axis axis) const override { return scaleOf(canvasMap(axisId(axis))); }
+    QSize usualArea() const override;
     bool setMarksCount() override;
     void drawContent(QPainter &painter) override { drawCanvas(&painter); }
     void drawPicture(QPainter &painter, const QRectF &rect) override;
@@ -109,6 +111,8 @@ protected:
 private:
     void setFonts();
     void setColors();
+    double usualExtent(QwtPlot::Axis axis) const;
+    QSize usualOverhang() const;
     void holdStill();
 
     Background m_background;
@@ -199,15 +203,29 @@ void Plot::setFonts()
     holdStill();
 }
 
+/// How far labels of the usual size reach away from the canvas.
+double Plot::usualExtent(QwtPlot::Axis axis) const
+{
+    const QFontMetricsF metrics(axisFont(axis));
+    const double label =
+        axis == yLeft ? metrics.horizontalAdvance(QStringLiteral("-000")) : metrics.lineSpacing() * MostLines;
+    return label + axisScaleDraw(axis)->maxTickLength() + axisScaleDraw(axis)->spacing();
+}
+
+/// How far they reach over the ends of an axis.
+QSize Plot::usualOverhang() const
+{
+    const QFontMetricsF metrics(axisFont(yLeft));
+    return {qRound(metrics.horizontalAdvance(QStringLiteral("0000")) / 2.0), qRound(metrics.height() / 2.0)};
+}
+
 /// Keeps room for usual labels, so that the canvas stays where it is while others come and go.
 void Plot::holdStill()
 {
-    const QFontMetricsF metrics(axisFont(yLeft));
-    QwtScaleDraw *draw = axisScaleDraw(yLeft);
-    draw->setMinimumExtent(metrics.horizontalAdvance(QStringLiteral("-000")) + draw->maxTickLength() + draw->spacing());
-    const int overhang = qRound(metrics.horizontalAdvance(QStringLiteral("0000")) / 2.0);
-    axisWidget(xBottom)->setMinBorderDist(overhang, overhang);
-    axisWidget(yLeft)->setMinBorderDist(qRound(metrics.height() / 2.0), qRound(metrics.height() / 2.0));
+    axisScaleDraw(yLeft)->setMinimumExtent(usualExtent(yLeft));
+    const QSize overhang = usualOverhang();
+    axisWidget(xBottom)->setMinBorderDist(overhang.width(), overhang.width());
+    axisWidget(yLeft)->setMinBorderDist(overhang.height(), overhang.height());
 }
 
 void Plot::setColors()
@@ -217,13 +235,19 @@ void Plot::setColors()
     looksDifferent();
 }
 
+QSize Plot::usualArea() const
+{
+    const QSize beside = QSizeF(usualExtent(yLeft), usualExtent(xBottom)).toSize();
+    return (size() - beside - usualOverhang()).expandedTo({0, 0});
+}
+
 bool Plot::setMarksCount()
 {
     const QFontMetrics metrics(axisFont(xBottom));
     const int labelWidth = metrics.horizontalAdvance(QStringLiteral("00:00:00"));
-    const QSize size = canvas()->size();
-    const int alongX = std::clamp(size.width() / (labelWidth * MarkSpaceAlongX), 2, MostMarks);
-    const int alongY = std::clamp(size.height() / (metrics.height() * MarkSpaceAlongY), 2, MostMarks);
+    const QSize area = usualArea();
+    const int alongX = std::clamp(qRound(area.width() / (labelWidth * MarkSpaceAlongX)), 1, MostMarks);
+    const int alongY = std::clamp(qRound(area.height() / (metrics.height() * MarkSpaceAlongY)), 1, MostMarks);
     const bool isOther = alongX != axisMaxMajor(xBottom) || alongY != axisMaxMajor(yLeft);
     setAxisMaxMajor(xBottom, alongX);
     setAxisMaxMajor(yLeft, alongY);
