@@ -54,34 +54,27 @@ Layout anyLayout(QRandomGenerator &dice)
 QVector<int> inkAlongX(Graphic &plot)
 {
     plot.grab();
-    for (QWidget *axis : plot.canvas()->parentWidget()->findChildren<QWidget *>()) {
-        if (!axis->inherits("QwtScaleWidget") || !axis->isVisible() || axis->y() <= plot.canvas()->y())
+    const QWidget *canvas = plot.canvas();
+    QWidget *axes = canvas->parentWidget();
+    const QImage picture = axes->grab().toImage();
+    const int line = canvas->fontMetrics().height();
+    const int top = canvas->geometry().bottom() + line * 3 / 4;
+    const int gap = canvas->fontMetrics().horizontalAdvance(QLatin1Char('0'));
+    const QColor paper = axes->palette().color(QPalette::Window);
+    QVector<int> parts;
+    int last = -gap - 1;
+    for (int x = 0; x < picture.width(); ++x) {
+        bool hasInk = false;
+        for (int y = top; y < std::min(top + line / 2, picture.height()); ++y)
+            hasInk |= std::abs(picture.pixelColor(x, y).lightness() - paper.lightness()) > 60;
+        if (!hasInk)
             continue;
-        const int line = axis->fontMetrics().height();
-        const QImage picture = axis->grab().toImage();
-        const QColor paper = picture.pixelColor(0, 0);
-        const int gap = axis->fontMetrics().horizontalAdvance(QLatin1Char('0'));
-        QVector<int> parts;
-        int from = -1;
-        int last = -1;
-        for (int x = 0; x < picture.width(); ++x) {
-            bool hasInk = false;
-            for (int y = line * 3 / 4; y < std::min(line * 5 / 4, picture.height()); ++y)
-                hasInk |= std::abs(picture.pixelColor(x, y).lightness() - paper.lightness()) > 60;
-            if (!hasInk)
-                continue;
-            if (from >= 0 && x - last > gap) {
-                parts.append(last - from + 1);
-                from = -1;
-            }
-            from = from < 0 ? x : from;
-            last = x;
-        }
-        if (from >= 0)
-            parts.append(last - from + 1);
-        return parts;
+        if (x - last > gap)
+            parts.append(0);
+        parts.last() += parts.last() == 0 ? 1 : x - last;
+        last = x;
     }
-    return {};
+    return parts;
 }
 
 } // namespace
