@@ -6,11 +6,13 @@
 #include "kellightpictures.h"
 #include "kellightring.h"
 
+#include <QCache>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTimer>
 
 #include <cmath>
+#include <tuple>
 
 using KelLightGeometry::Layout;
 
@@ -61,6 +63,36 @@ QGradientStops ringColors(double percent, qreal glow, double shift, const QColor
 QRectF squareAround(qreal radius)
 {
     return {-radius, -radius, 2.0 * radius, 2.0 * radius};
+}
+
+/// What ring and unlit lamp look like, but for the ring's colours: lights that agree in this share them.
+struct BaseLook {
+    QSize size;
+    qreal ratio;
+    KelLight::IconType lamp;
+    bool binary;
+    double barSize;
+    double angleShift;
+
+    bool operator==(const BaseLook &other) const { return values() == other.values(); }
+
+    std::tuple<int, int, qreal, int, bool, double, double> values() const
+    {
+        return {size.width(), size.height(), ratio, lamp, binary, barSize, angleShift};
+    }
+};
+
+uint qHash(const BaseLook &look, uint seed)
+{
+    return ::qHash((qint64(look.size.width()) << 32) + look.size.height(), seed) + uint(look.lamp);
+}
+
+/// The bases painted last, with the colours that they had first. The limit is in kibibytes; what a light shows lives on
+/// with it.
+QCache<BaseLook, KelLightRing> &knownBases()
+{
+    static QCache<BaseLook, KelLightRing> bases(4 * 1024);
+    return bases;
 }
 
 // How far the light is between its bounds, in percent.
@@ -191,12 +223,24 @@ void KelLight::paintLight(QPainter &painter)
 
 void KelLight::updateBase(const Layout &where, double percent)
 {
-    if (!m_base)
-        m_base = makeBase(where);
-    else if (percent == m_basePercent)
+    if (m_base && percent == m_basePercent)
         return;
-    m_base->setColors(ringColors(percent, where.glow, m_angleShift, m_fillColor, m_backColor));
+    const QGradientStops colors = ringColors(percent, where.glow, m_angleShift, m_fillColor, m_backColor);
     m_basePercent = percent;
+    if (m_base) {
+        m_base->setColors(colors);
+        return;
+    }
+    // The lights of a panel mostly look alike, and then a copy shares all that it does not change.
+    const BaseLook look{size(), m_pictureRatio, m_lamp, m_binary, m_barSize, m_angleShift};
+    if (const KelLightRing *known = knownBases().object(look)) {
+        m_base = std::make_unique<KelLightRing>(*known);
+        m_base->setColors(colors);
+        return;
+    }
+    m_base = makeBase(where);
+    m_base->setColors(colors);
+    knownBases().insert(look, new KelLightRing(*m_base), m_base->sizeInKibibytes());
 }
 
 std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where)
@@ -224,7 +268,7 @@ std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where)
         lamp.draw(painter, where.picture.topLeft());
         return image;
     };
-    const QImage shape = painted(Qt::NoPen, m_binary ? QBrush() : QBrush(Qt::black), {});
+    const QImage shape = m_binary ? QImage() : painted(Qt::NoPen, QBrush(Qt::black), {});
     return std::make_unique<KelLightRing>(shape, painted(line, QBrush(), stagePicture(LampStage::Off)),
                                           centre * m_pictureRatio);
 }

@@ -53,14 +53,15 @@ KelLightRing::KelLightRing(const QImage &shape, const QImage &over, const QPoint
 {
     QVector<int> colors;
     QVector<int> places;
+    const int width = shape.width();
     for (int y = 0; y < shape.height(); ++y) {
         const auto *line = reinterpret_cast<const QRgb *>(shape.constScanLine(y));
-        for (int x = 0; x < shape.width(); ++x) {
+        for (int x = 0; x < width; ++x) {
             if (qAlpha(line[x]) == 0)
                 continue;
             const int color = colorAt(x + 0.5 - centre.x(), y + 0.5 - centre.y());
             colors << color;
-            places << y * shape.width() + x;
+            places << y * width + x;
             ++m_begins[color + 1];
         }
     }
@@ -78,8 +79,9 @@ KelLightRing::KelLightRing(const QImage &shape, const QImage &over, const QPoint
 
 void KelLightRing::setColors(const QGradientStops &stops)
 {
-    if (m_pixels.isEmpty())
-        return;
+    if (m_pixels.isEmpty() || stops == m_stops)
+        return; // so a copy goes on sharing its picture
+    m_stops = stops;
     const QVector<QRgb> colors = colorsOf(stops);
     const bool isFirst = m_colors.isEmpty();
     auto *pixels = reinterpret_cast<QRgb *>(m_picture.bits()); // 32 bits each, so there are no gaps between lines
@@ -94,4 +96,9 @@ void KelLightRing::setColors(const QGradientStops &stops)
         }
     }
     m_colors = colors;
+}
+
+int KelLightRing::sizeInKibibytes() const
+{
+    return 1 + (m_picture.bytesPerLine() * m_picture.height() + m_pixels.size() * int(sizeof(Pixel))) / 1024;
 }
