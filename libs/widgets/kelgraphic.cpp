@@ -25,11 +25,23 @@ constexpr double CurveWidth = 1.5;
 /// What an operator needs: fit, grid, cursor, save picture, pause.
 constexpr int PanelButtons = 0x2207;
 
+/// Decoded once for all plots that there are at a time.
+std::shared_ptr<const QImage> progressPicture()
+{
+    static std::weak_ptr<const QImage> shared;
+    std::shared_ptr<const QImage> picture = shared.lock();
+    if (!picture) {
+        picture = std::make_shared<const QImage>(readBuiltInPicture("progress"));
+        shared = picture;
+    }
+    return picture;
+}
+
 } // namespace
 
 KelGraphic::KelGraphic(QWidget *parent)
     : Graphic(parent)
-    , m_progressImage(readBuiltInPicture("progress"))
+    , m_progressImage(progressPicture())
 {
     setHistorySize(KeepEverything);
     setAxisLabelPrecisionStep(LabelPrecisionStep);
@@ -130,7 +142,7 @@ void KelGraphic::changeEvent(QEvent *event)
 
 void KelGraphic::canvasPaint(QPainter *p)
 {
-    if (!m_isShowing || m_isAllDone || !canvas() || m_progressImage.isNull() || m_variables.isEmpty())
+    if (!m_isShowing || m_isAllDone || !canvas() || m_progressImage->isNull() || m_variables.isEmpty())
         return;
 
     p->save();
@@ -138,7 +150,7 @@ void KelGraphic::canvasPaint(QPainter *p)
     p->translate(canvas()->width(), 0);
     p->translate(-IconInset * m_iconWidth, IconInset * m_iconHeight);
     p->rotate(m_angle);
-    p->drawImage(m_iconRect, m_progressImage);
+    p->drawImage(m_iconRect, *m_progressImage);
     p->restore();
 }
 

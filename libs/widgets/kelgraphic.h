@@ -14,6 +14,8 @@
 #include <graphicvariable.h>
 #include <kelwidgetsexport.h>
 
+#include <memory>
+
 class QPainter;
 
 /// Plot with a legend whose curves are named by a list of texts "source=title". Whoever has the data puts
@@ -58,8 +60,8 @@ private:
 
     QVector<GraphicVariable> m_variables;
     QSet<QString> m_done;
-    QImage m_progressImage;
-    QRectF m_iconRect; ///< About the point around which the icon turns.
+    std::shared_ptr<const QImage> m_progressImage; // shared by all plots
+    QRectF m_iconRect;                             ///< About the point around which the icon turns.
     double m_iconWidth = 0.0;
     double m_iconHeight = 0.0;
     int m_timerID = 0; ///< 0 when the icon stands still.
