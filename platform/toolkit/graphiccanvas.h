@@ -2,7 +2,6 @@
 /// Where a plot's curves are seen and touched. Not installed.
 #pragma once
 
-#include <QPainterPath>
 #include <QPixmap>
 #include <QPointF>
 #include <QRect>
@@ -22,10 +21,6 @@ public:
 
     void invalidate();                    ///< The items have changed.
     void invalidate(int left, int right); ///< Only from one x to before the other.
-
-    // What the plot library calls by name.
-    Q_INVOKABLE void replot() { invalidate(); }
-    Q_INVOKABLE QPainterPath borderPath(const QRect &) const { return {}; } ///< Empty: a plain rectangle.
 
 Q_SIGNALS:
     void aboutToPaint();             ///< The last moment to invalidate.

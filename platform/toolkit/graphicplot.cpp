@@ -24,11 +24,12 @@ QByteArray ownFolder()
 }
 
 /// The module stands where this library is and stays loaded once it is. It is named with its folder: the search path
-/// of this library does not count for a program whose dlopen() comes from elsewhere, as under a sanitizer.
+/// of this library does not count for a program whose dlopen() comes from elsewhere, as under a sanitizer. What it
+/// brings along is bound as it is used, and most of that never is.
 NewPlot loadPlot()
 {
     const QByteArray path = ownFolder() + KEL_PLOT_MODULE;
-    void *module = ::dlopen(path.constData(), RTLD_NOW | RTLD_LOCAL);
+    void *module = ::dlopen(path.constData(), RTLD_LAZY | RTLD_LOCAL);
     const auto function = module ? reinterpret_cast<NewPlot>(::dlsym(module, "kelNewPlot")) : nullptr;
     if (!function)
         qFatal("A part of the library is missing: %s", ::dlerror());
@@ -43,12 +44,6 @@ GraphicPlot *newGraphicPlot(QWidget *parent)
     GraphicPlot *plot = newPlot(parent);
     plot->setArea(new GraphicCanvas(*plot));
     return plot;
-}
-
-void GraphicPlot::setArea(GraphicCanvas *canvas)
-{
-    m_canvas = canvas;
-    placeArea(canvas);
 }
 
 void GraphicPlot::settle()

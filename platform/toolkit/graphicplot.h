@@ -34,7 +34,7 @@ public:
     virtual QWidget *widget() = 0; ///< The plot, which is this very object.
 
     GraphicCanvas &area() const { return *m_canvas; }
-    void setArea(GraphicCanvas *canvas); ///< Once, before anything else. The plot owns it.
+    void setArea(GraphicCanvas *canvas) { m_canvas = canvas; } ///< Once, before anything else. It lies inside the plot.
 
     virtual void setLabels(Graphic::Axis axis, const GraphicLabels &labels, const QString &title) = 0;
     virtual void setRange(Graphic::Axis axis, const GraphicRange &range) = 0;
@@ -61,7 +61,6 @@ public:
     std::vector<GraphicCurveLook> curves; ///< From back to front.
 
 protected:
-    virtual void placeArea(QWidget *canvas) = 0;
     virtual void layOut() = 0;
     void looksDifferent(); ///< The canvas has to be painted anew.
 

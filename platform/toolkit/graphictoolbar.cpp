@@ -12,23 +12,32 @@ namespace
 
 constexpr float IconFontHeights = 1.4f;
 
-/// The drawing \a name with its black replaced by \a color. All plots of a panel show the same few.
+/// What is kept under \a key; \a make makes it first. All plots of a panel show the same few icons.
+template <typename Make>
+QPixmap kept(const QString &key, Make make)
+{
+    QPixmap pixmap;
+    if (!QPixmapCache::find(key, &pixmap)) {
+        pixmap = QPixmap::fromImage(make());
+        QPixmapCache::insert(key, pixmap);
+    }
+    return pixmap;
+}
+
+/// The drawing \a name with its black replaced by \a color.
 QPixmap tinted(const QString &name, const QColor &color)
 {
-    const QString key = QStringLiteral("kel tool %1 %2").arg(name, color.name(QColor::HexArgb));
-    QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap))
-        return pixmap;
-    // Without the format's name Qt would load each of its picture plugins and ask it first.
-    QImage image = QImage(QStringLiteral(":/toolkit/icons/%1.png").arg(name), "PNG")
-                       .convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    QPainter painter(&image);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
-    painter.fillRect(image.rect(), color);
-    painter.end();
-    pixmap = QPixmap::fromImage(image);
-    QPixmapCache::insert(key, pixmap);
-    return pixmap;
+    const QString key = QStringLiteral("kel tool ") + name;
+    return kept(key + color.name(QColor::HexArgb), [&] {
+        // Without the format's name Qt would load each of its picture plugins and ask it first.
+        const auto decoded = [&name] { return QImage(QStringLiteral(":/toolkit/icons/%1.png").arg(name), "PNG"); };
+        QImage image = kept(key, decoded).toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(image.rect(), color);
+        painter.end();
+        return image;
+    });
 }
 
 } // namespace

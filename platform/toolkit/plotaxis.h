@@ -20,8 +20,8 @@ class QwtScaleEngine;
 
 /// An axis, with the plot library's marks and labels.
 ///
-/// Its owner asks how much room it needs and then says where it lies. What it says there goes by its range, its font and
-/// the number of its labels, never by the place that it got.
+/// Its owner asks how much room it needs and then says where it lies. What it says there goes by its range, its font
+/// and the number of its labels, never by the place that it got.
 class PlotAxis
 {
 public:

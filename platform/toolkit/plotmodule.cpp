@@ -51,7 +51,6 @@ public:
     QSize sizeHint() const override { return UsualSize * fontHeight(this); }
 
 protected:
-    void placeArea(QWidget *canvas) override { canvas->setParent(this); }
     void layOut() override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -163,7 +162,6 @@ void Plot::drawPicture(QPainter &painter, const QRectF &rect)
     const QRect canvas = placeAxes(rect.size().toSize());
     m_xAxis.draw(painter, palette());
     m_yAxis.draw(painter, palette());
-    painter.setClipRect(canvas, Qt::IntersectClip);
     drawOn(painter, canvas);
     painter.restore();
     placeAxes(size());

@@ -24,6 +24,7 @@ public:
 
     /// How often the widget was painted that was painted most.
     int most() const { return m_paints.isEmpty() ? 0 : *std::max_element(m_paints.begin(), m_paints.end()); }
+    int of(QWidget &widget) const { return m_paints.value(&widget); }
     bool isExceeded() const { return most() > Limit; }
 
 protected:
