@@ -16,6 +16,8 @@ function(kel_library target export_name)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_compile_features(Kel_${target} PUBLIC cxx_std_17)
+    # Nobody puts functions of their own in the place of ours: what a library calls in itself needs no look-up at start.
+    target_link_options(Kel_${target} PRIVATE -Wl,-Bsymbolic-functions)
     target_link_libraries(Kel_${target} PUBLIC ${ARGN} PRIVATE $<BUILD_INTERFACE:kel_compiler>)
     install(TARGETS Kel_${target} EXPORT KelWidgetsTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
