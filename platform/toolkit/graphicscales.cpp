@@ -1,5 +1,6 @@
 #include "graphicscales.h"
 
+#include <QPainter>
 #include <qwt_date_scale_engine.h>
 #include <qwt_scale_draw.h>
 #include <qwt_scale_engine.h>
@@ -72,6 +73,19 @@ public:
         if (step >= Day)
             return text;
         return isFirst || isMidnight(value) ? text + QLatin1Char('\n') + timeLabel(value, Day) : text;
+    }
+
+protected:
+    /// The library would put the lines of a label at their left; each belongs below its mark.
+    void drawLabel(QPainter *painter, double value) const override
+    {
+        QwtText text = tickLabel(painter->font(), value);
+        text.setRenderFlags(Qt::AlignHCenter | Qt::AlignTop);
+        const QSizeF size = text.textSize(painter->font());
+        painter->save();
+        painter->setWorldTransform(labelTransformation(labelPosition(value), size), true);
+        text.draw(painter, QRectF(QPointF(0.0, 0.0), size));
+        painter->restore();
     }
 };
 

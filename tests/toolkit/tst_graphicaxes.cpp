@@ -66,6 +66,7 @@ private Q_SLOTS:
     void otherLabelsAreSeen();
     void titleAlongYReadsUpwards();
     void titleAlongXIsBelowTheLabels();
+    void linesOfALabelLieBelowTheirMark();
     void marksTouchTheCanvas();
     void gridLiesAtTheMarks();
     void partsThatComeTakeTheirPlace();
@@ -166,6 +167,27 @@ void tst_GraphicAxes::titleAlongXIsBelowTheLabels()
     const QRect labels(0, canvas.bottom() + 8, picture.width(), line);
     QVERIFY(labels.bottom() <= lowest.top() + 3);
     QVERIFY(inkIn(picture, labels, paperOf(bench.plot)).width() >= canvas.width());
+}
+
+/// A time and its day are not of one width.
+void tst_GraphicAxes::linesOfALabelLieBelowTheirMark()
+{
+    PlotBench bench;
+    bench.plot.setTimeAxis(true);
+    bench.plot.setVisibleRange(Graphic::XAxis, 1.795e9, 1.795e9 + 600.0);
+    const QImage picture = axesOf(bench.plot);
+    const QRect canvas = bench.plot.canvas()->geometry();
+    const QColor paper = paperOf(bench.plot);
+    const int height = QFontMetrics(bench.plot.font()).height() * 9 / 10;
+    const int top = canvas.bottom() + 10;
+    const QRect day = inkIn(picture, QRect(0, top + height, picture.width(), height), paper);
+    const QRect time = inkIn(picture, QRect(day.left(), top, day.width(), height), paper);
+    QVERIFY(day.width() > time.width() + 10);
+    QVERIFY(std::abs(time.center().x() - day.center().x()) <= 2);
+    int mark = day.left();
+    while (mark < day.right() && !hasInk(picture, mark, canvas.bottom() + 7, paper))
+        ++mark;
+    QVERIFY2(std::abs(time.center().x() - mark) <= 2, qPrintable(QString::number(mark - time.center().x())));
 }
 
 void tst_GraphicAxes::marksTouchTheCanvas()
