@@ -69,6 +69,24 @@ bool hasCatalogueDevice(const QWidget &window)
     return std::any_of(devices.begin(), devices.end(), [](const LocalDevice *d) { return d->currentID() >= 0; });
 }
 
+/// Runs until the end of the panel. Throws what is wrong with the \a catalogue and was not seen before it was opened.
+int runWindow(QWidget &window, const QString &catalogue, const PanelOptions &options)
+{
+    std::unique_ptr<CommandError> fault;
+    if (!catalogue.isEmpty())
+        readCatalogueAfterFirstFrame(window, catalogue, [&fault](const CommandError &wrong) {
+            fault = std::make_unique<CommandError>(wrong);
+            QCoreApplication::exit();
+        });
+    window.show();
+    const QString screenshot = QString::fromStdString(options.screenshot);
+    const int status =
+        screenshot.isEmpty() ? QApplication::exec() : takeScreenshot(window, screenshot, options.afterMs);
+    if (fault)
+        throw CommandError(*fault);
+    return status;
+}
+
 int runPanel(Program &program, const PanelOptions &options)
 {
     const auto application = makeApplication(program);
@@ -76,9 +94,11 @@ int runPanel(Program &program, const PanelOptions &options)
     if (!screenshot.isEmpty())
         checkScreenshotPath(screenshot);
 
+    // Only who looks at a panel gains from a sooner frame.
+    const bool isSeen = screenshot.isEmpty() && !isWithoutDisplay();
     const PanelFiles files = findFiles(options);
     if (!files.catalogue.isEmpty())
-        openCatalogueUnread(files.catalogue);
+        openCatalogueUnread(files.catalogue, isSeen ? CatalogueCheck::Pages : CatalogueCheck::Whole);
     const QString path = files.form;
     const LoadedForm form = loadForm(path);
     for (const QString &complaint : form.complaints)
@@ -100,10 +120,7 @@ int runPanel(Program &program, const PanelOptions &options)
     if (isWithoutDisplay() && screenshot.isEmpty())
         throw CommandError(QStringLiteral("no display to show %1 on (--screenshot saves it as a picture)").arg(path));
     quitOnSignals();
-    if (!files.catalogue.isEmpty())
-        readCatalogueAfterFirstFrame(*form.window);
-    form.window->show();
-    return screenshot.isEmpty() ? QApplication::exec() : takeScreenshot(*form.window, screenshot, options.afterMs);
+    return runWindow(*form.window, files.catalogue, options);
 }
 
 } // namespace

@@ -444,13 +444,14 @@ void tst_Panel::catalogueIsReadAfterTheFirstFrame()
 {
     Kel::commandsDB.packets.clear();
     Kel::commandsDB.devices.clear();
-    openCatalogueUnread(m_catalogue.path());
+    openCatalogueUnread(m_catalogue.path(), CatalogueCheck::Pages);
     QVERIFY(Kel::commandsDB.database.isOpen());
     QVERIFY(Kel::commandsDB.devices.isEmpty());
     QWidget window;
     KelButton button(&window);
     button.setCommand(QStringLiteral("hall.on()"));
-    readCatalogueAfterFirstFrame(window);
+    readCatalogueAfterFirstFrame(window, m_catalogue.path(),
+                                 [](const CommandError &wrong) { qFatal("%s", wrong.what()); });
     QCoreApplication::processEvents();
     QVERIFY(Kel::commandsDB.devices.isEmpty());
     window.show();

@@ -1,6 +1,5 @@
 #include "catalogue/catalogue.h"
 
-#include "catalogue/cataloguedatabase.h"
 #include "catalogue/cataloguefiles.h"
 #include "catalogue/cataloguesource.h"
 #include "command.h"
@@ -28,9 +27,9 @@ void openCatalogue(const QString &path)
     requireOpenCatalogue(path);
 }
 
-void openCatalogueUnread(const QString &path)
+void openCatalogueUnread(const QString &path, CatalogueCheck extent)
 {
-    checkCatalogueFile(path);
+    checkCatalogueFile(path, extent);
     Kel::commandsDB.openDatabase(path);
     requireOpenCatalogue(path);
 }

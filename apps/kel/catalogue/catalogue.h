@@ -2,6 +2,8 @@
 /// Opens and makes catalogues, and says in a line what is wrong with one.
 #pragma once
 
+#include "catalogue/cataloguedatabase.h"
+
 #include <QString>
 
 /// Makes \a path the application's catalogue (Kel::commandsDB) after a look at it. Throws a
@@ -10,8 +12,8 @@
 void openCatalogue(const QString &path);
 
 /// The same, but the catalogue's lists stay empty until somebody reads them (KvCommands::read()); its database can be
-/// asked at once.
-void openCatalogueUnread(const QString &path);
+/// asked at once. Whoever has only the pages checked has the rest to do.
+void openCatalogueUnread(const QString &path, CatalogueCheck extent);
 
 /// Makes the catalogue \a path from the TOML file \a source (docs/formats/catalogue-source.md), and the
 /// variables file beside it when the source has variables. Throws a CommandError that names the file, for

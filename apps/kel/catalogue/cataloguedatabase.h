@@ -28,9 +28,15 @@ private:
     bool m_isOpen = false;
 };
 
+/// How much of a catalogue is looked at to find out whether it is damaged.
+enum class CatalogueCheck {
+    Pages, ///< Every page of every table. When one is odd, or some are given up, all of it as with Whole.
+    Whole, ///< All that SQLite checks: every row and index too, and whether each page belongs somewhere.
+};
+
 /// Throws a CommandError that names \a path when it is missing, locked, damaged or no catalogue, which has
 /// to have a table "devices".
-void checkCatalogueFile(const QString &path);
+void checkCatalogueFile(const QString &path, CatalogueCheck extent = CatalogueCheck::Whole);
 
 /// Everything that a catalogue's files hold.
 struct CatalogueFile {

@@ -1,10 +1,14 @@
 #include "panel/latereading.h"
 
+#include "catalogue/cataloguedatabase.h"
+
 #include <kelbutton.h>
 #include <kelglobals.h>
 
 #include <QEvent>
 #include <QTimer>
+
+#include <utility>
 
 namespace
 {
@@ -23,8 +27,11 @@ void readCatalogue(QWidget &window)
 class LateReading : public QObject
 {
 public:
-    explicit LateReading(QWidget &window)
+    LateReading(QWidget &window, QString path, std::function<void(const CommandError &)> whenWrong)
         : QObject(&window)
+        , m_window(window)
+        , m_path(std::move(path))
+        , m_whenWrong(std::move(whenWrong))
     {
         window.installEventFilter(this);
     }
@@ -33,19 +40,34 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override
     {
         if (event->type() == QEvent::Paint) {
-            auto *window = static_cast<QWidget *>(watched);
-            window->removeEventFilter(this);
+            watched->removeEventFilter(this);
             // The frame is handed over when all of it is painted, so not now.
-            QTimer::singleShot(0, window, [window] { readCatalogue(*window); });
-            deleteLater();
+            QTimer::singleShot(0, this, [this] { read(); });
         }
         return false;
     }
+
+private:
+    void read()
+    {
+        deleteLater();
+        try {
+            checkCatalogueFile(m_path);
+        } catch (const CommandError &wrong) {
+            return m_whenWrong(wrong);
+        }
+        readCatalogue(m_window);
+    }
+
+    QWidget &m_window;
+    QString m_path;
+    std::function<void(const CommandError &)> m_whenWrong;
 };
 
 } // namespace
 
-void readCatalogueAfterFirstFrame(QWidget &window)
+void readCatalogueAfterFirstFrame(QWidget &window, const QString &path,
+                                  std::function<void(const CommandError &)> whenWrong)
 {
-    new LateReading(window);
+    new LateReading(window, path, std::move(whenWrong));
 }
