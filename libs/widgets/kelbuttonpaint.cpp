@@ -2,6 +2,7 @@
 #include "kelbutton.h"
 
 #include "builtinpicture.h"
+#include "commonpalette.h"
 #include "kelbuttonface.h"
 
 #include <QFontMetrics>
@@ -92,6 +93,7 @@ void KelButton::drawButton(QPainter &painter)
 {
     QStyleOptionToolButton option;
     initStyleOption(&option);
+    option.palette = commonPalette(option.palette);
     const Qt::ToolButtonStyle buttonStyle = option.toolButtonStyle;
 
     if (option.icon.isNull() || buttonStyle == Qt::ToolButtonTextOnly) {
