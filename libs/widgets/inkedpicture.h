@@ -23,6 +23,7 @@ public:
     }
 
     bool isNull() const { return m_pixmap.isNull(); }
+    int sizeInBytes() const { return m_pixmap.width() * m_pixmap.height() * m_pixmap.depth() / 8; }
 
     /// Paints it so that the whole image has its corner at \a corner.
     void draw(QPainter &painter, const QPointF &corner = {}) const;

@@ -157,12 +157,11 @@ void KelThermometer::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const ThermometerState state{m_level, {m_gradMinimum, m_gradMaximum}, m_liquidColor};
-    m_face->paint(painter, layoutThermometer(size()), m_outline, state, devicePixelRatioF());
+    m_face->paint(painter, layoutThermometer(size()), state, devicePixelRatioF());
 }
 
 void KelThermometer::resizeEvent(QResizeEvent *)
 {
-    m_outline = thermometerOutline(layoutThermometer(size()));
     m_face->drop();
 }
 

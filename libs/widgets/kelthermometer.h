@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QColor>
-#include <QPainterPath>
 #include <QWidget>
 #include <kelwidgetsexport.h>
 
@@ -72,7 +71,6 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
 
 private:
-    QPainterPath m_outline;
     QColor m_liquidColor;
     std::unique_ptr<ThermometerFace> m_face;
     QPropertyAnimation *m_animation;

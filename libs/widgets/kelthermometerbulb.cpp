@@ -92,6 +92,12 @@ void ThermometerBulb::sortRow(int y)
     m_runs << run;
 }
 
+int ThermometerBulb::sizeInBytes() const
+{
+    const auto bytesOf = [](const auto &list) { return list.size() * static_cast<int>(sizeof(list.at(0))); };
+    return m_picture.bytesPerLine() * m_picture.height() + bytesOf(m_tints) + bytesOf(m_runs) + bytesOf(m_rim);
+}
+
 void ThermometerBulb::draw(QPainter &painter, const QPointF &corner, const QColor &color)
 {
     if (color != m_color) // beyond the bounds of the colour it stays

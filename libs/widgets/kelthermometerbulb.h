@@ -11,7 +11,7 @@ class QPainter;
 /// The bulb full of liquid, which shines. Its shape and its highlight stay while its colour changes in every
 /// frame. So each pixel knows how much of it is liquid and which tint of the colour it has, and a frame
 /// is a look into a table for each. The picture is the one that a gradient from white, at the
-/// highlight, to the colour, at the rim, gives.
+/// highlight, to the colour, at the rim, gives. A copy gets a picture of its own when it gets a colour.
 class ThermometerBulb
 {
 public:
@@ -22,6 +22,8 @@ public:
 
     /// Its first row in the widget; above it the liquid has one colour.
     int top() const { return m_corner.y(); }
+
+    int sizeInBytes() const;
 
     /// Paints it in a widget whose corner is \a corner.
     void draw(QPainter &painter, const QPointF &corner, const QColor &color);

@@ -1,5 +1,7 @@
 #include "kelthermometerface.h"
 
+#include "sharedlooks.h"
+
 #include <QFontMetrics>
 #include <QLinearGradient>
 #include <QPainter>
@@ -120,26 +122,32 @@ QImage sheetOf(const ThermometerGeometry &geometry, qreal pixelRatio, const Draw
 
 } // namespace
 
+uint qHash(const ThermometerFace::LabelledLook &labelled, uint seed)
+{
+    const ThermometerFace::Look &look = labelled.look;
+    return qHash(look.size.width(), seed) ^ qHash(look.size.height()) * 31 ^ qHash(labelled.font);
+}
+
 bool ThermometerFace::Look::operator==(const Look &other) const
 {
     return size == other.size && bounds == other.bounds && pixelRatio == other.pixelRatio;
 }
 
-void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
-                            const ThermometerState &state, qreal pixelRatio)
+void ThermometerFace::paint(QPainter &painter, const ThermometerGeometry &geometry, const ThermometerState &state,
+                            qreal pixelRatio)
 {
     const QSizeF size(toReal(geometry.width), toReal(geometry.height));
-    refresh(geometry, outline, {size, state.bounds, pixelRatio});
+    refresh(geometry, {size, state.bounds, pixelRatio});
 
     if (!geometry.hasScale()) {
-        m_lines.draw(painter);
+        m_parts.lines.draw(painter);
         return;
     }
     const QRect liquid = liquidArea(geometry, liquidHeight(geometry, shareOf(state.level, state.bounds)));
     if (canPaintApart(geometry, liquid))
         paintApart(painter, geometry, liquid, state.liquidColor);
     else
-        paintWhole(painter, geometry, outline, liquid, state.liquidColor);
+        paintWhole(painter, geometry, liquid, state.liquidColor);
 }
 
 void ThermometerFace::paintApart(QPainter &painter, const ThermometerGeometry &geometry, const QRect &liquid,
@@ -151,27 +159,27 @@ void ThermometerFace::paintApart(QPainter &painter, const ThermometerGeometry &g
     painter.save();
     painter.translate(geometry.origin());
     painter.setClipRect(liquid.adjusted(-aside, 0, aside, 0));
-    m_column.draw(painter, corner, color);
-    m_bulb.draw(painter, corner, color);
-    m_tubeLines.draw(painter, corner);
+    m_parts.column.draw(painter, corner, color);
+    m_parts.bulb.draw(painter, corner, color);
+    m_parts.tubeLines.draw(painter, corner);
     painter.setClipRect(emptyArea(geometry, liquid).adjusted(-aside, 0, aside, 0));
-    m_emptyTube.draw(painter, corner);
+    m_parts.emptyTube.draw(painter, corner);
     painter.restore();
-    m_lines.draw(painter);
+    m_parts.lines.draw(painter);
 }
 
-void ThermometerFace::paintWhole(QPainter &painter, const ThermometerGeometry &geometry, const QPainterPath &outline,
-                                 const QRect &liquid, const QColor &color) const
+void ThermometerFace::paintWhole(QPainter &painter, const ThermometerGeometry &geometry, const QRect &liquid,
+                                 const QColor &color) const
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.translate(geometry.origin());
-    drawLiquid(painter, geometry, outline, liquid, color);
+    drawLiquid(painter, geometry, m_parts.outline, liquid, color);
     painter.setClipRect(emptyArea(geometry, liquid));
-    m_glass.draw(painter, -geometry.origin());
+    m_parts.glass.draw(painter, -geometry.origin());
     painter.restore();
-    m_tubeLines.draw(painter);
-    m_lines.draw(painter);
+    m_parts.tubeLines.draw(painter);
+    m_parts.lines.draw(painter);
 }
 
 void ThermometerFace::drop()
@@ -179,11 +187,25 @@ void ThermometerFace::drop()
     m_look = Look();
 }
 
-void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainterPath &outline, const Look &look)
+void ThermometerFace::refresh(const ThermometerGeometry &geometry, const Look &look)
 {
     if (look == m_look)
         return;
     m_look = look;
+    const LabelledLook labelled{look, QFont()};
+    if (const Parts *known = SharedLooks<LabelledLook, Parts>::find(labelled)) {
+        m_parts = *known;
+        return;
+    }
+    m_parts = makeParts(geometry, look);
+    SharedLooks<LabelledLook, Parts>::keep(labelled, m_parts, m_parts.sizeInKibibytes());
+}
+
+ThermometerFace::Parts ThermometerFace::makeParts(const ThermometerGeometry &geometry, const Look &look)
+{
+    Parts parts;
+    parts.outline = thermometerOutline(geometry);
+    const QPainterPath &outline = parts.outline;
     const qreal ratio = look.pixelRatio;
     const auto drawLines = [&](QPainter &sheet) {
         if (geometry.hasScale())
@@ -191,26 +213,35 @@ void ThermometerFace::refresh(const ThermometerGeometry &geometry, const QPainte
         drawOutline(sheet, geometry, outline);
     };
     const QImage lines = sheetOf(geometry, ratio, drawLines);
-    m_lines = InkedPicture(lines);
-    m_tubeLines = InkedPicture();
+    if (!geometry.hasScale() || !isWhole(ratio))
+        parts.lines = InkedPicture(lines);
     if (!geometry.hasScale())
-        return;
+        return parts;
     QImage tube = sheetOf(geometry, ratio, [&](QPainter &sheet) { drawGlass(sheet, geometry, outline); });
-    m_glass = InkedPicture(tube);
+    parts.glass = InkedPicture(tube);
     if (!isWhole(ratio))
-        return;
+        return parts;
 
     const int scale = static_cast<int>(ratio);
     const int split = qCeil(geometry.origin().y() - toReal(geometry.bulbRadius)) + RowsBelowZero;
     const QRect upper(0, 0, lines.width(), split * scale);
-    m_tubeLines = InkedPicture(lines, upper);
-    m_lines = InkedPicture(lines, lines.rect().adjusted(0, upper.height(), 0, 0));
+    parts.tubeLines = InkedPicture(lines, upper);
+    parts.lines = InkedPicture(lines, lines.rect().adjusted(0, upper.height(), 0, 0));
     QPainter(&tube).drawImage(0, 0, lines);
-    m_emptyTube = InkedPicture(tube, upper);
+    parts.emptyTube = InkedPicture(tube, upper);
 
     const QImage figure = sheetOf(geometry, ratio, [&](QPainter &sheet) { sheet.fillPath(outline, Qt::black); });
-    m_bulb = ThermometerBulb(geometry, figure, scale);
-    m_column = ThermometerColumn(figure, m_bulb.top(), scale);
+    parts.bulb = ThermometerBulb(geometry, figure, scale);
+    parts.column = ThermometerColumn(figure, parts.bulb.top(), scale);
+    return parts;
+}
+
+int ThermometerFace::Parts::sizeInKibibytes() const
+{
+    int bytes = bulb.sizeInBytes();
+    for (const InkedPicture *picture : {&glass, &tubeLines, &lines, &emptyTube})
+        bytes += picture->sizeInBytes();
+    return 1 + bytes / 1024;
 }
 
 /// Whether bulb and column give the same picture as the whole liquid: where pixels are whole, where the
