@@ -100,9 +100,10 @@ KelClock::KelClock(QWidget *parent)
 
 void KelClock::init()
 {
-    m_hours =
-        new _NumericCircle({afternoonRing(), morningRing()}, {minuteHand(OtherOpacity), hourHand(OwnOpacity)}, this);
-    m_minutes = new _NumericCircle({minuteRing()}, {hourHand(OtherOpacity), minuteHand(OwnOpacity)}, this);
+    static const QVector<ClockRing> hourRings = {afternoonRing(), morningRing()};
+    static const QVector<ClockRing> minuteRings = {minuteRing()};
+    m_hours = new _NumericCircle(hourRings, {minuteHand(OtherOpacity), hourHand(OwnOpacity)}, this);
+    m_minutes = new _NumericCircle(minuteRings, {hourHand(OtherOpacity), minuteHand(OwnOpacity)}, this);
     dressFaces();
 
     // A time reads from the hour to the minute also where text runs to the left.

@@ -1,5 +1,7 @@
 #include "kelclockface.h"
 
+#include "sharedlooks.h"
+
 #include <QEvent>
 #include <QMouseEvent>
 #include <QPaintEngine>
@@ -19,6 +21,27 @@ constexpr int TapMinutes = 5; // A finger does not hit single minutes.
 int nearestTapMinute(int minute)
 {
     return qRound(minute / static_cast<qreal>(TapMinutes)) * TapMinutes;
+}
+
+/// All that the still parts look like, but for the highlighted number.
+struct StillLook {
+    QSize size;
+    QFont font;
+    QVector<ClockRing> rings;
+    QColor plate;
+    QPointF shift;
+    qreal pixelRatio;
+
+    bool operator==(const StillLook &other) const
+    {
+        return size == other.size && font == other.font && rings == other.rings && plate == other.plate &&
+               shift == other.shift && pixelRatio == other.pixelRatio;
+    }
+};
+
+uint qHash(const StillLook &look, uint seed)
+{
+    return qHash(look.font, seed) + static_cast<uint>(look.size.width() * 31 + look.size.height() + look.rings.size());
 }
 
 } // namespace
@@ -152,13 +175,47 @@ KelClock::_NumericCircle::Look KelClock::_NumericCircle::lookOn(const QPainter &
 void KelClock::_NumericCircle::paintStill(const Look &look)
 {
     m_look = look;
+    m_still = stillWithoutHighlight(look);
+    const QRectF changed = clockHighlightArea(m_parts, m_rings, m_selectedText);
+    if (changed.isEmpty())
+        return;
+
+    // Only there the highlight shows. The rest is not painted again, but for the rings' lines: cut short, they
+    // would come out a little otherwise.
+    const QRectF onPicture = changed.translated(look.shift - m_area.topLeft());
+    const QRectF pixels(onPicture.topLeft() * look.pixelRatio, onPicture.size() * look.pixelRatio);
+    const QRect part = pixels.toAlignedRect() & m_still.rect();
+    QPixmap highlighted = paintedStill(look, m_selectedText, changed.adjusted(-1.0, -1.0, 1.0, 1.0));
+    highlighted.setDevicePixelRatio(1.0);
+    m_still.setDevicePixelRatio(1.0);
+    QPainter painter(&m_still);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawPixmap(part.topLeft(), highlighted, part);
+    painter.end();
+    m_still.setDevicePixelRatio(look.pixelRatio);
+}
+
+/// The still parts with no number highlighted, which faces that look alike share.
+QPixmap KelClock::_NumericCircle::stillWithoutHighlight(const Look &look) const
+{
+    const StillLook shared{size(), font(), m_rings, clockPlateColor(palette()), look.shift, look.pixelRatio};
+    if (const QPixmap *known = SharedLooks<StillLook, QPixmap>::find(shared))
+        return *known;
+    const QPixmap still = paintedStill(look, QString(), QRectF(QPointF(), size()));
+    SharedLooks<StillLook, QPixmap>::keep(shared, still, still.width() * still.height() * still.depth() / 8 / 1024);
+    return still;
+}
+
+/// The still parts with the number that is \a selected highlighted; in \a area all of them are there.
+QPixmap KelClock::_NumericCircle::paintedStill(const Look &look, const QString &selected, const QRectF &area) const
+{
     // One pixel more, since the face may begin within the first one.
     const QSizeF pixels = QSizeF(m_area.size()) * look.pixelRatio;
-    m_still =
-        QPixmap(static_cast<int>(std::ceil(pixels.width())) + 1, static_cast<int>(std::ceil(pixels.height())) + 1);
-    m_still.setDevicePixelRatio(look.pixelRatio);
-    m_still.fill(Qt::transparent);
-    QPainter painter(&m_still);
+    QPixmap still(static_cast<int>(std::ceil(pixels.width())) + 1, static_cast<int>(std::ceil(pixels.height())) + 1);
+    still.setDevicePixelRatio(look.pixelRatio);
+    still.fill(Qt::transparent);
+    QPainter painter(&still);
     painter.translate(look.shift - m_area.topLeft());
-    drawClockFace(painter, m_parts, m_rings, m_selectedText, clockPlateColor(palette()));
+    drawClockFace(painter, m_parts, m_rings, selected, clockPlateColor(palette()), area);
+    return still;
 }

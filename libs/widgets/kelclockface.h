@@ -47,6 +47,8 @@ private:
     void layOut();
     Look lookOn(const QPainter &painter) const;
     void paintStill(const Look &look);
+    QPixmap stillWithoutHighlight(const Look &look) const;
+    QPixmap paintedStill(const Look &look, const QString &selected, const QRectF &area) const;
     QString pickedText(const QMouseEvent &event);
 
     QVector<ClockRing> m_rings;

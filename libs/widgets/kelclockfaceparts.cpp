@@ -1,5 +1,7 @@
 #include "kelclockfaceparts.h"
 
+#include "sharedlooks.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPalette>
@@ -17,6 +19,8 @@ constexpr qreal FaceToRings = 1.1; // The outermost ring keeps this distance fro
 constexpr qreal CircleShare = 0.2; // Of the numbers' side, between a ring and the line around it.
 constexpr qreal WidthShare = 1.4;
 constexpr qreal RingsPerHighlight = 7.0;
+
+constexpr qreal Anywhere = 1e6; // Of ink that may be far from its number; further than any face.
 
 constexpr qreal FaintOpacity = 0.5;
 constexpr QColor HighlightColor(128, 128, 255);
@@ -58,15 +62,76 @@ QPen line(qreal width, Qt::PenCapStyle cap)
     return {Qt::black, width, Qt::SolidLine, cap, Qt::BevelJoin};
 }
 
-/// The side of a square that holds every number of \a ring.
-int sideOf(const ClockRing &ring, const QFontMetrics &metrics)
+/// How much room the numbers of a ring need.
+struct NumberRoom {
+    int side = 0; ///< Of a square that holds every number.
+    qreal inkReach = 0.0;
+};
+
+/// A ring in a font; rings that agree in both need the same room.
+struct RingInFont {
+    ClockRing ring;
+    QFont font;
+
+    bool operator==(const RingInFont &other) const { return ring == other.ring && font == other.font; }
+};
+
+uint qHash(const RingInFont &numbers, uint seed)
 {
-    int side = 0;
+    return qHash(numbers.font, seed) + (numbers.ring.isEmpty() ? 0 : qHash(numbers.ring.first().second));
+}
+
+/// How far the ink of \a text, which has the bounds \a ink, is from the middle of a square that it is centred in.
+qreal inkReach(const QString &text, const QRect &ink, const QFontMetrics &metrics)
+{
+    qreal advance = 0.0;
+    for (const QChar digit : text)
+        advance += metrics.horizontalAdvance(digit);
+    const qreal baseline = (metrics.ascent() - metrics.descent()) / 2.0;
+    return std::max({std::abs(ink.left() - advance / 2.0), std::abs(ink.right() + 1 - advance / 2.0),
+                     std::abs(ink.top() + baseline), std::abs(ink.bottom() + 1 + baseline)});
+}
+
+/// Whether the ink of a number in \a font is its digits, as their widths place them.
+bool isPlain(const QFont &font)
+{
+    return !font.underline() && !font.overline() && !font.strikeOut() && font.letterSpacing() == 0.0;
+}
+
+NumberRoom measure(const ClockRing &ring, const QFont &font)
+{
+    const QFontMetrics metrics(font);
+    NumberRoom room;
     for (const ClockNumber &number : ring) {
         const QRect bounds = metrics.boundingRect(number.second);
-        side = std::max({side, bounds.width() + 1, bounds.height() + 1});
+        room.side = std::max({room.side, bounds.width() + 1, bounds.height() + 1});
+        room.inkReach = std::max(room.inkReach, inkReach(number.second, bounds, metrics));
     }
-    return side;
+    // The usual weight may lie a little otherwise than the heavy one, and glyphs stand on whole pixels.
+    room.inkReach += std::max(2.0, font.pixelSize() / 8.0);
+    if (!isPlain(font))
+        room.inkReach = Anywhere;
+    return room;
+}
+
+NumberRoom roomFor(const ClockRing &ring, const QFont &font)
+{
+    const RingInFont numbers{ring, font};
+    if (const NumberRoom *known = SharedLooks<RingInFont, NumberRoom>::find(numbers))
+        return *known;
+    const NumberRoom room = measure(ring, font);
+    SharedLooks<RingInFont, NumberRoom>::keep(numbers, room, 1);
+    return room;
+}
+
+QRectF squareAround(const QPointF &place, qreal reach)
+{
+    return {place.x() - reach, place.y() - reach, 2.0 * reach, 2.0 * reach};
+}
+
+bool isHighlighted(const ClockNumber &number, const QString &selected)
+{
+    return !selected.isEmpty() && number.second.toInt() == selected.toInt();
 }
 
 void drawPlate(QPainter &painter, qreal radius, const QColor &color)
@@ -109,7 +174,7 @@ void drawNumber(QPainter &painter, const QPointF &place, int side, const QString
 }
 
 void drawNumbers(QPainter &painter, const ClockFaceParts &parts, const ClockRingParts &where, const ClockRing &ring,
-                 const QString &selected)
+                 const QString &selected, const QRectF &area)
 {
     QFont usual = parts.font;
     usual.setWeight(QFont::Normal);
@@ -117,7 +182,9 @@ void drawNumbers(QPainter &painter, const ClockFaceParts &parts, const ClockRing
     heavy.setWeight(QFont::Bold);
     for (const ClockNumber &number : ring) {
         const QPointF place = atAngle(where.textRadius, number.first);
-        const bool isSelected = !selected.isEmpty() && number.second.toInt() == selected.toInt();
+        if (!squareAround(place, where.inkReach).intersects(area))
+            continue;
+        const bool isSelected = isHighlighted(number, selected);
         painter.setFont(isSelected ? heavy : usual);
         if (isSelected)
             drawHighlight(painter, place, parts.radius / RingsPerHighlight);
@@ -154,13 +221,13 @@ ClockFaceParts layoutClockFace(const QSize &size, const QFont &font, const QVect
     parts.font.setPixelSize(std::max(1, static_cast<int>((half - parts.penWidth) / RadiusPerFontPixel)));
 
     // One measure for all rings, of the heaviest font: a ring does not move when a number is picked.
-    const QFontMetrics metrics(parts.font);
     qreal offset = 0.0;
     for (const ClockRing &ring : rings) {
-        const int side = sideOf(ring, metrics);
+        const NumberRoom room = roomFor(ring, parts.font);
+        const int side = room.side;
         const qreal width = WidthShare * side;
         parts.rings.append({parts.radius - offset + CircleShare * side, parts.radius - (side / 2.0 + 1.0) - offset,
-                            side, static_cast<float>(width)});
+                            side, room.inkReach, static_cast<float>(width)});
         offset += width;
     }
     return parts;
@@ -191,8 +258,23 @@ QColor clockPlateColor(const QPalette &palette)
     return window < LeastContrast && contrastToBlack(text) > window ? text : QColor();
 }
 
+QRectF clockHighlightArea(const ClockFaceParts &parts, const QVector<ClockRing> &rings, const QString &selected)
+{
+    QRectF area;
+    for (int i = 0; i < rings.size(); ++i) {
+        const ClockRingParts &where = parts.rings.at(i);
+        for (const ClockNumber &number : rings.at(i)) {
+            if (!isHighlighted(number, selected))
+                continue;
+            const qreal reach = std::max(where.inkReach, parts.radius / RingsPerHighlight + 1.0);
+            area |= squareAround(atAngle(where.textRadius, number.first), reach);
+        }
+    }
+    return area.translated(parts.center);
+}
+
 void drawClockFace(QPainter &painter, const ClockFaceParts &parts, const QVector<ClockRing> &rings,
-                   const QString &selected, const QColor &plate)
+                   const QString &selected, const QColor &plate, const QRectF &area)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -201,7 +283,7 @@ void drawClockFace(QPainter &painter, const ClockFaceParts &parts, const QVector
     drawCircle(painter, parts.rimRadius, parts.penWidth, 1.0);
     for (int i = 0; i < rings.size(); ++i) {
         drawCircle(painter, parts.rings.at(i).circleRadius, parts.penWidth / 2.0, FaintOpacity);
-        drawNumbers(painter, parts, parts.rings.at(i), rings.at(i), selected);
+        drawNumbers(painter, parts, parts.rings.at(i), rings.at(i), selected, area.translated(-parts.center));
     }
     painter.restore();
 }

@@ -26,6 +26,7 @@ struct ClockRingParts {
     qreal circleRadius = 0.0; ///< Of the line around the ring.
     qreal textRadius = 0.0;   ///< Of the numbers' places.
     int textSide = 0;         ///< Of the square that holds the largest number.
+    qreal inkReach = 0.0;     ///< Nothing of a number is further than this from the middle of its square.
     float width = 0.0F;       ///< From its outer edge to its inner one.
 };
 
@@ -52,10 +53,14 @@ QRect clockHandsArea(const ClockFaceParts &parts, const QVector<KelClock::Arrow>
 /// light colour of its text.
 QColor clockPlateColor(const QPalette &palette);
 
+/// Where a face looks otherwise when the number that is \a selected is highlighted; empty when there is none.
+QRectF clockHighlightArea(const ClockFaceParts &parts, const QVector<ClockRing> &rings, const QString &selected);
+
 /// Draws what stands still: rim, rings and numbers, on a disc of the colour \a plate if that is valid.
-/// The number that is \a selected is highlighted, none for an empty text.
+/// The number that is \a selected is highlighted, none for an empty text. Numbers that do not reach into \a area are
+/// left out.
 void drawClockFace(QPainter &painter, const ClockFaceParts &parts, const QVector<ClockRing> &rings,
-                   const QString &selected, const QColor &plate);
+                   const QString &selected, const QColor &plate, const QRectF &area);
 
 void drawClockHands(QPainter &painter, const ClockFaceParts &parts, const QVector<KelClock::Arrow> &hands);
 

@@ -47,8 +47,8 @@ inline void drawReferenceNumbers(QPainter &painter, const Numbers &numbers, QFon
         painter.setOpacity(1.0);
         painter.setPen(Qt::black);
         const double reach = side / 2.0 + 1.0;
-        painter.drawText(QRectF(place.x() + 1.0 - reach, place.y() + 1.0 - reach, side, side), Qt::AlignCenter,
-                         numbers.texts.at(i));
+        painter.drawText(QRectF(place.x() + 1.0 - reach, place.y() + 1.0 - reach, side, side),
+                         Qt::AlignCenter | Qt::TextDontClip, numbers.texts.at(i));
     }
 }
 
