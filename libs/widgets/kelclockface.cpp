@@ -41,7 +41,7 @@ struct StillLook {
 
 uint qHash(const StillLook &look, uint seed)
 {
-    return qHash(look.font, seed) + static_cast<uint>(look.size.width() * 31 + look.size.height() + look.rings.size());
+    return ::qHash(look.size.width(), seed);
 }
 
 } // namespace

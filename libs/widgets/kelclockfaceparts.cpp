@@ -78,7 +78,7 @@ struct RingInFont {
 
 uint qHash(const RingInFont &numbers, uint seed)
 {
-    return qHash(numbers.font, seed) + (numbers.ring.isEmpty() ? 0 : qHash(numbers.ring.first().second));
+    return ::qHash(numbers.font.pixelSize(), seed);
 }
 
 /// How far the ink of \a text, which has the bounds \a ink, is from the middle of a square that it is centred in.

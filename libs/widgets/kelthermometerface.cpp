@@ -124,8 +124,7 @@ QImage sheetOf(const ThermometerGeometry &geometry, qreal pixelRatio, const Draw
 
 uint qHash(const ThermometerFace::LabelledLook &labelled, uint seed)
 {
-    const ThermometerFace::Look &look = labelled.look;
-    return qHash(look.size.width(), seed) ^ qHash(look.size.height()) * 31 ^ qHash(labelled.font);
+    return ::qHash(labelled.look.size.width(), seed);
 }
 
 bool ThermometerFace::Look::operator==(const Look &other) const
