@@ -2,9 +2,9 @@
 
 find_package(QT NAMES Qt5 Qt6 REQUIRED COMPONENTS Core)
 set(KEL_QT Qt${QT_VERSION_MAJOR})
-find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql Svg UiTools UiPlugin)
+find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Core Gui Widgets Sql Svg UiTools UiPlugin Network)
 if(KEL_BUILD_TESTS)
-    find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test Network)
+    find_package(${KEL_QT} 5.15 REQUIRED COMPONENTS Test)
 endif()
 if(KEL_BUILD_TESTS OR KEL_BUILD_BENCHMARKS)
     find_package(SQLite3 REQUIRED)

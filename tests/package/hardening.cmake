@@ -37,10 +37,6 @@ foreach(file IN LISTS FILES)
     if(symbols MATCHES "UND _ZN8QProcess" AND NOT name STREQUAL "kel") # kel doctor asks ldd and a second kel
         message(SEND_ERROR "${file}: starts programs by QProcess")
     endif()
-    # It brings a dozen libraries along, which a panel would have to load before it is seen.
-    if(dynamic MATCHES "NEEDED[^\n]*Qt[0-9]Network")
-        message(SEND_ERROR "${file}: loads the network library of Qt")
-    endif()
     string(APPEND guards "${symbols}")
     math(EXPR checked "${checked} + 1")
 endforeach()
