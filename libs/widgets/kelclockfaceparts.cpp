@@ -254,7 +254,7 @@ QRect clockHandsArea(const ClockFaceParts &parts, const QVector<KelClock::Arrow>
 QColor clockPlateColor(const QPalette &palette)
 {
     const qreal window = contrastToBlack(palette.color(QPalette::Window));
-    const QColor text = palette.color(QPalette::WindowText);
+    const QColor &text = palette.color(QPalette::WindowText);
     return window < LeastContrast && contrastToBlack(text) > window ? text : QColor();
 }
 
