@@ -5,8 +5,8 @@
 #include "kellightgeometry.h"
 #include "kellightpictures.h"
 #include "kellightring.h"
+#include "sharedlooks.h"
 
-#include <QCache>
 #include <QPainter>
 #include <QPainterPath>
 #include <QTimer>
@@ -85,14 +85,6 @@ struct BaseLook {
 uint qHash(const BaseLook &look, uint seed)
 {
     return ::qHash((qint64(look.size.width()) << 32) + look.size.height(), seed) + uint(look.lamp);
-}
-
-/// The bases painted last, with the colours that they had first. The limit is in kibibytes; what a light shows lives on
-/// with it.
-QCache<BaseLook, KelLightRing> &knownBases()
-{
-    static QCache<BaseLook, KelLightRing> bases(4 * 1024);
-    return bases;
 }
 
 // How far the light is between its bounds, in percent.
@@ -233,14 +225,14 @@ void KelLight::updateBase(const Layout &where, double percent)
     }
     // The lights of a panel mostly look alike, and then a copy shares all that it does not change.
     const BaseLook look{size(), m_pictureRatio, m_lamp, m_binary, m_barSize, m_angleShift};
-    if (const KelLightRing *known = knownBases().object(look)) {
+    if (const KelLightRing *known = SharedLooks<BaseLook, KelLightRing>::find(look)) {
         m_base = std::make_unique<KelLightRing>(*known);
         m_base->setColors(colors);
         return;
     }
     m_base = makeBase(where);
     m_base->setColors(colors);
-    knownBases().insert(look, new KelLightRing(*m_base), m_base->sizeInKibibytes());
+    SharedLooks<BaseLook, KelLightRing>::keep(look, *m_base, m_base->sizeInKibibytes());
 }
 
 std::unique_ptr<KelLightRing> KelLight::makeBase(const Layout &where)

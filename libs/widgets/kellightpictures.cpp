@@ -1,8 +1,7 @@
 #include "kellightpictures.h"
 
 #include "builtinpicture.h"
-
-#include <QCache>
+#include "sharedlooks.h"
 
 #include <array>
 #include <tuple>
@@ -24,8 +23,7 @@ constexpr std::array<Artwork, 3> Artworks = {{{160, "_160"}, {256, "_256"}, {512
 /// soft: its edges are up to a third off what the largest artwork gives. From twice the size it is an eighth.
 constexpr int ArtworkScale = 2;
 
-/// Kibibytes of scaled pictures that are kept. What a lamp shows lives on with it, so this only decides how many sizes
-/// are there without scaling them anew.
+/// Kibibytes of scaled pictures that are kept.
 constexpr int ScaledLimit = 8 * 1024;
 
 struct ScaledKey {
@@ -77,16 +75,16 @@ const QImage &source(int type, int stage, size_t artwork)
 
 QImage lampPicture(KelLight::IconType type, LampStage stage, const QSize &size)
 {
-    static QCache<ScaledKey, QImage> scaled(ScaledLimit);
+    using Scaled = SharedLooks<ScaledKey, QImage, ScaledLimit>;
 
     if (size.isEmpty())
         return {};
     const ScaledKey key{int(type), int(stage), size};
-    if (const QImage *known = scaled.object(key))
+    if (const QImage *known = Scaled::find(key))
         return *known;
     const QImage &artwork = source(key.type, key.stage, artworkFor(size));
     const QImage picture = artwork.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    scaled.insert(key, new QImage(picture), qMax(1, int(picture.sizeInBytes() / 1024)));
+    Scaled::keep(key, picture, int(picture.sizeInBytes() / 1024));
     return picture;
 }
 

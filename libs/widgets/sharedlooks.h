@@ -3,18 +3,18 @@
 #pragma once
 
 #include <QCache>
+#include <kelwidgetsexport.h>
 
 #include <algorithm>
-#include <kelwidgetsexport.h>
 
 /// Calls \a forget whenever the application's fonts become others, and before the application ends. Made to be called
 /// again and again with the same function.
 KEL_WIDGETS_EXPORT void forgetWithFonts(void (*forget)());
 
 /// The parts that were made last for each look. A panel has rows of widgets of one size; the first one makes
-/// what does not move, the others take a copy of it, which shares its data.
-/// Only for the thread of the widgets.
-template <typename Look, typename Parts>
+/// what does not move, the others take a copy of it, which shares its data. What a widget shows lives on with it, so
+/// \a MostKibibytes only limits how many looks are there without making them anew. Only for the thread of the widgets.
+template <typename Look, typename Parts, int MostKibibytes = 4 * 1024>
 class SharedLooks
 {
 public:
@@ -34,6 +34,4 @@ private:
         static QCache<Look, Parts> looks(MostKibibytes);
         return looks;
     }
-
-    static constexpr int MostKibibytes = 4 * 1024;
 };
