@@ -1,8 +1,6 @@
-#include "blankdevice.h"
 #include "clockreference.h"
+#include "drawnpictures.h"
 #include "testmain.h"
-
-#include <QPaintEngine>
 
 #include <functional>
 
@@ -32,44 +30,11 @@ namespace
 
 constexpr QSize UsualSize(240, 120);
 
-/// Remembers which picture is drawn first, and draws nothing.
-class PictureKey : public BlankDevice
-{
-public:
-    using BlankDevice::BlankDevice;
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-    qint64 key() const { return m_engine.key; }
-
-private:
-    struct Engine : QPaintEngine {
-        Engine()
-            : QPaintEngine(QPaintEngine::AllFeatures)
-        {
-        }
-
-        bool begin(QPaintDevice *) override { return true; }
-        bool end() override { return true; }
-        void updateState(const QPaintEngineState &) override {}
-        Type type() const override { return QPaintEngine::User; }
-        void drawPixmap(const QRectF &, const QPixmap &pixmap, const QRectF &) override
-        {
-            if (key == 0)
-                key = pixmap.cacheKey();
-        }
-        void drawLines(const QLineF *, int) override {}
-
-        qint64 key = 0;
-    };
-
-    mutable Engine m_engine;
-};
-
 qint64 pictureOf(KelClock &clock, int face)
 {
-    PictureKey device(faceOf(clock, face)->size());
+    DrawnPictures device(faceOf(clock, face)->size());
     faceOf(clock, face)->render(&device, QPoint(), QRegion(), QWidget::RenderFlags());
-    return device.key();
+    return device.keys(true).value(0);
 }
 
 /// Lays out \a clock at \a size; it shows no time.

@@ -1,9 +1,7 @@
-#include "blankdevice.h"
+#include "drawnpictures.h"
 #include "testmain.h"
 
 #include <kellight.h>
-
-#include <QPaintEngine>
 
 /// Ring and unlit lamp, which lights that look alike share.
 class tst_KelLightBase : public QObject
@@ -23,46 +21,13 @@ namespace
 
 constexpr QSize Size(128, 130);
 
-/// Remembers the first picture that is drawn: that of ring and unlit lamp.
-class BasePicture : public BlankDevice
-{
-public:
-    using BlankDevice::BlankDevice;
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-    qint64 key() const { return m_engine.key; }
-
-private:
-    struct Engine : QPaintEngine {
-        Engine()
-            : QPaintEngine(QPaintEngine::AllFeatures)
-        {
-        }
-
-        bool begin(QPaintDevice *) override { return true; }
-        bool end() override { return true; }
-        void updateState(const QPaintEngineState &) override {}
-        Type type() const override { return QPaintEngine::User; }
-        void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
-        void drawImage(const QRectF &, const QImage &image, const QRectF &, Qt::ImageConversionFlags) override
-        {
-            if (key == 0)
-                key = image.cacheKey();
-        }
-
-        qint64 key = 0;
-    };
-
-    mutable Engine m_engine;
-};
-
 /// The picture that \a light draws first at \a level, at which it has not been drawn before.
 qint64 basePicture(KelLight &light, double level)
 {
     light.setProperty("h__anim", level);
-    BasePicture base(light.size());
+    DrawnPictures base(light.size());
     light.render(&base, QPoint(), QRegion(), QWidget::RenderFlags());
-    return base.key();
+    return base.keys(false).value(0);
 }
 
 QImage render(KelLight &light, double level)

@@ -1,8 +1,6 @@
-#include "blankdevice.h"
+#include "drawnpictures.h"
 #include "testmain.h"
 #include "thermometerbench.h"
-
-#include <QPaintEngine>
 
 /// The kept pictures on screens with more pixels than the widgets count.
 class tst_ThermometerRatio : public QObject
@@ -18,41 +16,6 @@ private Q_SLOTS:
 
 namespace
 {
-
-/// Remembers how large the pictures are that are drawn, in their own pixels, and draws nothing.
-class PictureSizes : public BlankDevice
-{
-public:
-    using BlankDevice::BlankDevice;
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-
-    QVector<QSize> sizes() const { return m_engine.sizes; }
-
-private:
-    struct Engine : QPaintEngine {
-        Engine()
-            : QPaintEngine(QPaintEngine::AllFeatures)
-        {
-        }
-
-        bool begin(QPaintDevice *) override { return true; }
-        bool end() override { return true; }
-        void updateState(const QPaintEngineState &) override {}
-        Type type() const override { return QPaintEngine::User; }
-        void drawPixmap(const QRectF &, const QPixmap &picture, const QRectF &) override { sizes << picture.size(); }
-        void drawImage(const QRectF &, const QImage &picture, const QRectF &, Qt::ImageConversionFlags) override
-        {
-            sizes << picture.size();
-        }
-        void drawPath(const QPainterPath &) override {}
-        void drawPolygon(const QPointF *, int, PolygonDrawMode) override {}
-
-        QVector<QSize> sizes;
-    };
-
-    mutable Engine m_engine;
-};
 
 } // namespace
 
@@ -95,14 +58,14 @@ void tst_ThermometerRatio::picturesHaveNoMoreThanTheWidget()
 
     KelThermometer thermometer;
     thermometer.resize(size);
-    PictureSizes device(size);
+    DrawnPictures device(size);
     thermometer.render(&device, QPoint(), QRegion(), QWidget::RenderFlags());
 
     const QSize most = (QSizeF(size) * thermometer.devicePixelRatioF()).toSize();
-    QVERIFY(!device.sizes().isEmpty());
-    for (const QSize &picture : device.sizes()) {
-        QVERIFY(!picture.isEmpty());
-        QCOMPARE(picture.boundedTo(most), picture);
+    QVERIFY(!device.all().isEmpty());
+    for (const DrawnPictures::Drawn &picture : device.all()) {
+        QVERIFY(!picture.size.isEmpty());
+        QCOMPARE(picture.size.boundedTo(most), picture.size);
     }
 }
 

@@ -1,7 +1,6 @@
-#include "blankdevice.h"
+#include "drawnpictures.h"
 #include "testmain.h"
 
-#include <QPaintEngine>
 #include <QSet>
 #include <kelthermometerface.h>
 
@@ -36,37 +35,6 @@ struct Sample {
 
 using Change = std::function<void(Sample &)>;
 
-/// Remembers which pictures are drawn that nobody changes, and draws nothing.
-class PictureKeys : public BlankDevice
-{
-public:
-    using BlankDevice::BlankDevice;
-
-    QPaintEngine *paintEngine() const override { return &m_engine; }
-    QVector<qint64> keys() const { return m_engine.keys; }
-
-private:
-    struct Engine : QPaintEngine {
-        Engine()
-            : QPaintEngine(QPaintEngine::AllFeatures)
-        {
-        }
-
-        bool begin(QPaintDevice *) override { return true; }
-        bool end() override { return true; }
-        void updateState(const QPaintEngineState &) override {}
-        Type type() const override { return QPaintEngine::User; }
-        void drawPixmap(const QRectF &, const QPixmap &pixmap, const QRectF &) override { keys << pixmap.cacheKey(); }
-        void drawImage(const QRectF &, const QImage &, const QRectF &, Qt::ImageConversionFlags) override {}
-        void drawPath(const QPainterPath &) override {}
-        void drawPolygon(const QPointF *, int, PolygonDrawMode) override {}
-
-        QVector<qint64> keys;
-    };
-
-    mutable Engine m_engine;
-};
-
 void paint(ThermometerFace &face, QPainter &painter, const Sample &sample)
 {
     face.paint(painter, layoutThermometer(sample.size), {sample.level, sample.bounds, sample.color}, sample.pixelRatio);
@@ -91,11 +59,11 @@ QImage paintedAnew(const Sample &sample)
 QVector<qint64> picturesOf(const Sample &sample)
 {
     ThermometerFace face;
-    PictureKeys device(sample.size);
+    DrawnPictures device(sample.size);
     QPainter painter(&device);
     paint(face, painter, sample);
     painter.end();
-    return device.keys();
+    return device.keys(true);
 }
 
 void forgetPictures()
