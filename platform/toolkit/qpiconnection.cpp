@@ -10,6 +10,7 @@
 QPIConnection::QPIConnection(const QString &name, QObject *parent)
     : QObject(parent)
     , m_name(name)
+    , m_inbox(std::make_shared<QPIConnectionInbox>())
 {
     setObjectName(name);
 }
@@ -115,4 +116,13 @@ bool QPIConnection::write(const QString &fullPath, const PIByteArray &block)
     if (line)
         line->write(block);
     return line != nullptr;
+}
+
+/// One block for each wake-up, so that a slot which runs the events meanwhile gets them in their order too.
+void QPIConnection::deliverNext()
+{
+    const auto block = m_inbox->take();
+    const auto line = block ? block->line.lock() : nullptr;
+    if (line)
+        line->deliver(block->bytes, block->time);
 }

@@ -12,6 +12,7 @@
 #include <memory>
 
 class PIIODevice;
+class QPIConnectionInbox;
 class QPIConnectionLine;
 
 /// Opens devices by their full paths, lets all who name the same path share one device, and carries
@@ -66,6 +67,9 @@ Q_SIGNALS:
     /// \a line says what is wrong with \a fullPath; it is also the newest of errors().
     void openFailed(const QString &fullPath, const QString &line);
 
+private Q_SLOTS:
+    void deliverNext();
+
 private:
     friend class QPIConnectionLine;
 
@@ -76,4 +80,5 @@ private:
     int m_messageGapMs = 20;
     QStringList m_errors;
     QList<std::shared_ptr<QPIConnectionLine>> m_lines;
+    std::shared_ptr<QPIConnectionInbox> m_inbox; ///< Shared with the threads that read.
 };

@@ -6,6 +6,7 @@
 #include <piqt.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -17,6 +18,22 @@ constexpr auto FarewellTime = std::chrono::milliseconds(50);
 constexpr int LongestMessage = 1 << 20;
 
 } // namespace
+
+void QPIConnectionInbox::put(Block block)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_blocks.push_back(std::move(block));
+}
+
+std::optional<QPIConnectionInbox::Block> QPIConnectionInbox::take()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_blocks.empty())
+        return std::nullopt;
+    Block block = std::move(m_blocks.front());
+    m_blocks.pop_front();
+    return block;
+}
 
 QPIConnectionLine::QPIConnectionLine(QPIConnection &connection, std::unique_ptr<PIIODevice> device)
     : m_connection(connection)
@@ -46,16 +63,14 @@ bool QPIConnectionLine::open()
 void QPIConnectionLine::listen()
 {
     QPIConnection *connection = &m_connection;
-    m_device->setReceiver([connection, lastRead = m_lastRead, weak = weak_from_this()](const PIByteArray &block) {
+    const auto receive = [connection, inbox = m_connection.m_inbox, lastRead = m_lastRead,
+                          weak = weak_from_this()](const PIByteArray &block) {
         const Clock::time_point time = Clock::now();
-        const QByteArray bytes = PI2QByteArray(block);
         *lastRead = time.time_since_epoch().count();
-        const auto deliverTo = [weak, bytes, time] {
-            if (const auto line = weak.lock())
-                line->deliver(bytes, time);
-        };
-        QMetaObject::invokeMethod(connection, deliverTo, Qt::QueuedConnection);
-    });
+        inbox->put({weak, PI2QByteArray(block), time});
+        QMetaObject::invokeMethod(connection, "deliverNext", Qt::QueuedConnection);
+    };
+    m_device->setReceiver(receive);
 }
 
 void QPIConnectionLine::close()

@@ -15,9 +15,30 @@
 #include <deque>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 class QPIConnection;
+class QPIConnectionLine;
+
+/// What was read and not delivered yet, in the order in which it was read. The threads that read put it in and wake the
+/// connection's thread, once for each block. Any thread.
+class QPIConnectionInbox
+{
+public:
+    struct Block {
+        std::weak_ptr<QPIConnectionLine> line;
+        QByteArray bytes;
+        std::chrono::steady_clock::time_point time;
+    };
+
+    void put(Block block);
+    std::optional<Block> take(); ///< The first one.
+
+private:
+    std::mutex m_mutex;
+    std::deque<Block> m_blocks;
+};
 
 /// A device that a QPIConnection has open, with all the names that it was opened by. Writes on a thread
 /// of its own and delivers what was read on the connection's thread.
@@ -34,6 +55,7 @@ public:
     void close();
 
     void write(const PIByteArray &block);
+    void deliver(const QByteArray &bytes, Clock::time_point time); ///< On the connection's thread.
 
     PIIODevice &device() const { return *m_device; }
     QStringList &names() { return m_names; } ///< One for each open(), so a name may stand there twice.
@@ -42,7 +64,6 @@ private:
     void listen();
     void writeQueued();
     void reportLost(const PIByteArray &block, const char *why) const;
-    void deliver(const QByteArray &bytes, Clock::time_point time);
     void endMessage();
     void emitMessage();
 

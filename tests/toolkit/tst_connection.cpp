@@ -65,6 +65,7 @@ private Q_SLOTS:
     void piecesOfOneMessageStayTogether();
     void busyThreadDoesNotGlueMessages();
     void arrivesOnTheOwnersThread();
+    void slotThatRunsEventsGetsThemInOrder();
     void stuckPortHoldsUpNobody();
     void closingSendsWhatWaits();
     void slotMayClose();
@@ -314,6 +315,30 @@ void tst_Connection::arrivesOnTheOwnersThread()
     QVERIFY(connection.open(serPath(pty)));
     QVERIFY(pty.write("x"));
     QTRY_COMPARE(threads, (QList<QThread *>{thread(), thread()}));
+}
+
+/// As a dialog does that a slot opens.
+void tst_Connection::slotThatRunsEventsGetsThemInOrder()
+{
+    using namespace std::chrono_literals;
+    PtyPair pty;
+    QPIConnection connection;
+    QByteArray order;
+    QVERIFY(connection.open(serPath(pty)));
+    connect(&connection, &QPIConnection::received, this, [&](const QString &, const QByteArray &bytes) {
+        order += bytes;
+        if (bytes != "a")
+            return;
+        QVERIFY(pty.write("c"));
+        QTRY_VERIFY(order.contains('c'));
+    });
+    // Two pieces wait when the first is delivered.
+    QVERIFY(pty.write("a"));
+    blockFor(50ms);
+    QVERIFY(pty.write("b"));
+    blockFor(50ms);
+    QTRY_VERIFY(order.size() >= 3);
+    QCOMPARE(order, QByteArray("abc"));
 }
 
 void tst_Connection::stuckPortHoldsUpNobody()
