@@ -53,6 +53,8 @@ void PlotAxis::setLabels(const GraphicLabels &labels, const QString &title)
 
 void PlotAxis::setRange(const GraphicRange &range)
 {
+    if (range == m_range)
+        return;
     m_range = range;
     divide();
 }
@@ -68,12 +70,14 @@ bool PlotAxis::setMarksCount(int most)
 
 void PlotAxis::divide()
 {
+    m_isChanged = true;
     m_draw->setScaleDiv(m_engine->divideScale(m_range.from, m_range.to, m_mostMarks, MinorMarks, 0.0));
 }
 
 /// Keeps room for usual labels, so that the canvas stays where it is while others come and go.
 void PlotAxis::reserve()
 {
+    m_isChanged = true;
     m_draw->setMinimumExtent(isAlongX() ? 0.0 : usualExtent());
     m_overhang = usualOverhang();
 }

@@ -13,6 +13,7 @@
 #include <graphicrange.h>
 
 #include <memory>
+#include <utility>
 
 class QPainter;
 class QwtScaleDraw;
@@ -34,7 +35,10 @@ public:
     void setRange(const GraphicRange &range);
     bool setMarksCount(int most); ///< How many labels there are at most; whether that is another number.
 
-    /// The same with labels of the usual size, without a title.
+    /// Whether what is written there, or how large, is another than at the last call.
+    bool takeChange() { return std::exchange(m_isChanged, false); }
+
+    /// As extent() and overhang(), with labels of the usual size and without a title.
     double usualExtent() const;
     double usualOverhang() const;
 
@@ -65,4 +69,5 @@ private:
     GraphicRange m_range{0.0, 1.0};
     int m_mostMarks = 1;
     double m_overhang = 0.0; ///< The largest so far.
+    bool m_isChanged = true;
 };

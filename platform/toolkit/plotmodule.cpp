@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QFontMetrics>
 #include <QPainter>
+#include <QRegion>
 #include <QtMath>
 #include <graphiccanvas.h>
 #include <graphiccolors.h>
@@ -65,6 +66,7 @@ private:
 
     PlotAxis m_xAxis{Graphic::XAxis};
     PlotAxis m_yAxis{Graphic::YAxis};
+    QSize m_laidOutSize;
     bool m_hasGrid = true;
 };
 
@@ -119,8 +121,13 @@ QRect Plot::placeAxes(const QSize &size)
 
 void Plot::layOut()
 {
+    const bool isOtherAlongX = m_xAxis.takeChange();
+    const bool isOtherAlongY = m_yAxis.takeChange();
+    if (!isOtherAlongX && !isOtherAlongY && size() == m_laidOutSize)
+        return;
+    m_laidOutSize = size();
     area().setGeometry(placeAxes(size()));
-    update();
+    update(QRegion(rect()) - area().geometry());
 }
 
 void Plot::drawContent(QPainter &painter)
